@@ -1,0 +1,119 @@
+// Canonical text of host arrays.
+#include "arraylib/zxformat.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <type_traits>
+
+#include "arraylib/zxdispatch.h"
+#include "foundationlib/i18n/unicode.h"
+
+namespace zx {
+
+namespace {
+
+template <class T>
+void appendValue(std::string& out, T value) {
+  if constexpr (std::is_same_v<T, zxLogical>) {
+    out += value ? '1' : '0';
+  } else {
+    if constexpr (std::is_floating_point_v<T>) {
+      if (std::isnan(value)) {
+        out += "NaN";
+        return;
+      }
+      if (std::isinf(value)) {
+        out += value < 0 ? "-Inf" : "Inf";
+        return;
+      }
+    }
+    // Without a format, to_chars writes the shortest text that reads back as the same T.
+    char buffer[32];
+    const auto written = std::to_chars(buffer, buffer + sizeof buffer, value);
+    out.append(buffer, written.ptr);
+  }
+}
+
+template <class T>
+void appendMatrix(std::string& out, const T* values, zxSize rows, zxSize cols) {
+  if (rows == 1 && cols == 1) {
+    appendValue(out, values[0]);
+    return;
+  }
+  out += '[';
+  for (zxSize row = 0; row < rows; ++row) {
+    if (row > 0) out += ';';
+    for (zxSize col = 0; col < cols; ++col) {
+      if (col > 0) out += ' ';
+      appendValue(out, values[row + col * rows]);
+    }
+  }
+  out += ']';
+}
+
+std::string numberText(const zxArray* array) {
+  if (zxIsEmpty(array)) return "[]";
+  if (zxIsSparse(array)) {
+    const std::unique_ptr<zxArray, decltype(&zxDestroyArray)> full(zxMustBeFull(array), &zxDestroyArray);
+    return numberText(full.get());
+  }
+  std::string out;
+  constexpr zxSize kTypicalWidth = 8;
+  out.reserve(zxGetNumberOfElements(array) * kTypicalWidth + 2);
+  dispatchNumericOrLogical(zxGetClassID(array), [&](auto type) {
+    using T = typename decltype(type)::type;
+    appendMatrix(out, static_cast<const T*>(zxGetData(array)), zxGetM(array), zxGetN(array));
+  });
+  return out;
+}
+
+std::string charText(const zxArray* array) {
+  if (zxIsEmpty(array)) return {};
+  const zxSize rows = zxGetM(array);
+  const zxSize cols = zxGetN(array);
+  const zxChar* chars = zxGetChars(array);
+  if (rows == 1) return fl::i18n::utf16ToUtf8(std::u16string_view(chars, cols));
+  std::string out = "[";
+  std::u16string units;
+  for (zxSize row = 0; row < rows; ++row) {
+    if (row > 0) out += ';';
+    units.clear();
+    for (zxSize col = 0; col < cols; ++col) units += chars[row + col * rows];
+    out += '\'';
+    for (const char c : fl::i18n::utf16ToUtf8(units)) {
+      if (c == '\'') out += '\'';
+      out += c;
+    }
+    out += '\'';
+  }
+  out += ']';
+  return out;
+}
+
+std::string description(const zxArray* array) {
+  std::string out = "<";
+  const zxSize* dims = zxGetDimensions(array);
+  for (zxSize i = 0; i < zxGetNumberOfDimensions(array); ++i) {
+    if (i > 0) out += 'x';
+    out += std::to_string(dims[i]);
+  }
+  out += ' ';
+  out += zxGetClassName(array);
+  out += '>';
+  return out;
+}
+
+}  // namespace
+
+std::string canonicalText(const zxArray* array) {
+  if (array == nullptr) return "[]";
+  const zxClassID classID = zxGetClassID(array);
+  if (classID == zxCHAR_CLASS) return charText(array);
+  if (zxIsNumericArrayType(classID) || classID == zxLOGICAL_CLASS) return numberText(array);
+  return description(array);
+}
+
+}  // namespace zx

@@ -1,0 +1,23 @@
+// The host's canonical text form of an array, used wherever an array is shown or converted to text.
+#pragma once
+
+#include <string>
+
+#include "arraylib/zxarray.h"
+
+namespace zx {
+
+// The text of an array:
+//   - numeric and logical arrays: a scalar as its number ("5"); anything else in brackets, columns
+//     separated by one blank and rows by ';' ("[0 0 0;1 1 1]"); an empty array as "[]". An N-D
+//     array is written as its 2-D view, zxGetM rows by zxGetN columns. Numbers take the shortest form
+//     that reads back exactly in their own class (singles as singles), integers all their digits,
+//     logicals 0 or 1, NaN as "NaN" and infinities as "Inf" and "-Inf". Complex arrays give their real
+//     part and sparse arrays their full form.
+//   - char arrays: the text itself (UTF-8) for one row or none; several rows as
+//     "['first';'second']", each row quoted with its quotes doubled.
+//   - other classes: a short description such as "<1x2 cell>" or "<2x2x3 struct>".
+// A null array gives "[]"; an empty char array gives the empty text.
+std::string canonicalText(const zxArray* array);
+
+}  // namespace zx

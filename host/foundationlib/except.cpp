@@ -1,0 +1,33 @@
+// Message-identifier exceptions of the foundation library.
+#include "foundationlib/except.h"
+
+#include "foundationlib/i18n/catalog.h"
+
+namespace fl::except {
+
+std::string IMsgIDException::get_message_text() const {
+  return i18n::MessageCatalog::instance().format(get_error_id(), get_arguments());
+}
+
+MsgIDExceptionBase::MsgIDExceptionBase(std::string_view qualifiedName, std::vector<std::string> arguments)
+    : arguments_(std::move(arguments)) {
+  std::size_t start = 0;
+  while (start < qualifiedName.size()) {
+    std::size_t end = qualifiedName.find(':', start);
+    if (end == std::string_view::npos) end = qualifiedName.size();
+    if (end > start) parts_.emplace_back(qualifiedName.substr(start, end - start));
+    start = end + 1;
+  }
+  for (const std::string& part : parts_) {
+    if (!id_.empty()) id_ += ':';
+    id_ += part;
+  }
+}
+
+const char* bad_alloc_impl::what() const noexcept { return "Out of memory."; }
+
+boost::exception_detail::clone_impl<bad_alloc_impl> bad_alloc() {
+  return boost::enable_current_exception(bad_alloc_impl());
+}
+
+}  // namespace fl::except

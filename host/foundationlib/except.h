@@ -1,0 +1,130 @@
+// Message-identifier exceptions of the foundation library, the one-line identifier declaration,
+// and the out-of-memory error.
+//
+//   FL_DECLARE_MSG_ID(Korvax::orb::shaped_arrays, AlphaMapSize)
+//   throw fl::except::Exception<Korvax::orb::shaped_arrays::AlphaMapSize>("ColorMap");
+//   throw fl::except::Exception<key<"OBJSYSPackageNotFound", catalog<"orb", component<"Korvax">>>>();
+#pragma once
+
+#include <algorithm>
+#include <boost/exception/exception.hpp>
+#include <concepts>
+#include <cstddef>
+#include <exception>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace fl::except {
+
+// An error that names an entry of the host's message catalog by its identifier
+// ("Korvax:datatypes:invalidPositive") and carries the entry's arguments as narrow strings.
+class IMsgIDException {
+ public:
+  virtual ~IMsgIDException() = default;
+  // The full identifier, components joined by ':'.
+  virtual const char* get_error_id() const noexcept = 0;
+  virtual const std::vector<std::string>& get_arguments() const noexcept = 0;
+  // The text a user sees: the catalog's text for the identifier with the arguments filled in.
+  virtual std::string get_message_text() const;
+  virtual std::unique_ptr<IMsgIDException> copy() const = 0;
+  [[noreturn]] virtual void raise() const = 0;
+
+ protected:
+  IMsgIDException() = default;
+  IMsgIDException(const IMsgIDException&) = default;
+  IMsgIDException& operator=(const IMsgIDException&) = default;
+};
+
+// A message-identifier error that reports a fault of the user's input (as opposed to an internal
+// fault); this is how the host raises it.
+class IUserException : public IMsgIDException {
+ protected:
+  IUserException() = default;
+  IUserException(const IUserException&) = default;
+  IUserException& operator=(const IUserException&) = default;
+};
+
+// The identifier's parts, its joined text and the arguments: the state every identifier class shares.
+class MsgIDExceptionBase : public IUserException {
+ public:
+  const char* get_error_id() const noexcept override { return id_.c_str(); }
+  const std::vector<std::string>& get_arguments() const noexcept override { return arguments_; }
+  const std::vector<std::string>& get_parts() const noexcept { return parts_; }
+
+ protected:
+  // qualifiedName separates components with ':' or "::" ("Korvax::orb::datatypes:OutOfMemory").
+  MsgIDExceptionBase(std::string_view qualifiedName, std::vector<std::string> arguments);
+
+ private:
+  std::vector<std::string> parts_;
+  std::string id_;
+  std::vector<std::string> arguments_;
+};
+
+// The exception of one identifier. Id names the identifier through its static qualified_name.
+template <class Id, class Base = std::exception>
+class Exception : public MsgIDExceptionBase, public Base {
+ public:
+  template <class... Args>
+  requires(std::constructible_from<std::string, const Args&>&&...) explicit Exception(const Args&... arguments)
+      : MsgIDExceptionBase(Id::qualified_name, {std::string(arguments)...}) {}
+
+  const char* what() const noexcept override { return get_error_id(); }
+  std::unique_ptr<IMsgIDException> copy() const override { return std::make_unique<Exception>(*this); }
+  [[noreturn]] void raise() const override { throw *this; }
+};
+
+// A string usable as a template argument, for the explicit-part form of an identifier.
+template <std::size_t N>
+struct fixed_string {
+  char chars[N]{};
+  constexpr fixed_string(const char (&text)[N]) { std::copy_n(text, N, chars); }
+  constexpr std::string_view view() const { return {chars, N - 1}; }
+};
+
+namespace detail {
+template <std::size_t A, std::size_t B>
+constexpr fixed_string<A + B> joinParts(const fixed_string<A>& head, const fixed_string<B>& tail) {
+  char joined[A + B]{};
+  std::copy_n(head.chars, A - 1, joined);
+  joined[A - 1] = ':';
+  std::copy_n(tail.chars, B, joined + A);
+  return fixed_string<A + B>(joined);
+}
+}  // namespace detail
+
+template <fixed_string P>
+struct component {
+  static constexpr auto name = P;
+};
+template <fixed_string C, class Component>
+struct catalog {
+  static constexpr auto name = detail::joinParts(Component::name, C);
+};
+template <fixed_string K, class Catalog>
+struct key {
+  static constexpr auto name = detail::joinParts(Catalog::name, K);
+  static constexpr std::string_view qualified_name = name.view();
+};
+
+// Out of memory, thrown wherever a value block or auxiliary object cannot be allocated. Boost can
+// clone it into an exception_ptr.
+class bad_alloc_impl : public std::bad_alloc, public boost::exception {
+ public:
+  const char* what() const noexcept override;
+};
+boost::exception_detail::clone_impl<bad_alloc_impl> bad_alloc();
+
+}  // namespace fl::except
+
+// Declares the identifier class `key` in namespace `ns`: FL_DECLARE_MSG_ID(Korvax::datatypes, InvalidValue)
+// declares Korvax::datatypes::InvalidValue for "Korvax:datatypes:InvalidValue".
+#define FL_DECLARE_MSG_ID(ns, key)                                    \
+  namespace ns {                                                      \
+  struct key {                                                        \
+    static constexpr std::string_view qualified_name = #ns "::" #key; \
+  };                                                                  \
+  }

@@ -1,0 +1,26 @@
+// Graphics utility: the identifier and index of the current graphics context.
+#pragma once
+
+#include <cstddef>
+
+// The current context's resource identifier, or -1 when no graphics context is current.
+int getContextKXRID();
+// The current context's index into per-context tables (0 when no context is current).
+std::size_t getContextIndex();
+
+namespace graphicsutil {
+
+// Makes a context current for as long as the object lives; contexts nest.
+class ContextScope {
+ public:
+  ContextScope(int kxrid, std::size_t index);
+  ~ContextScope();
+  ContextScope(const ContextScope&) = delete;
+  ContextScope& operator=(const ContextScope&) = delete;
+
+ private:
+  int previousKXRID_;
+  std::size_t previousIndex_;
+};
+
+}  // namespace graphicsutil

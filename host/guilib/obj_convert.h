@@ -1,0 +1,19 @@
+// Conversions between 4-by-4 transforms and host arrays.
+#pragma once
+
+#include "arraylib/zxarray.h"
+#include "guilib/auto_ptr.h"
+#include "guilib/value_types.h"
+
+namespace orb::objConvert {
+
+// A 4-by-4 array of any numeric class, read in storage (column-major) order into (row, col); a complex
+// array gives its real part. Raises gui_objects::NullArrayException for null,
+// InvalidArrayClassException for a non-numeric class (logical and char included) and
+// InvalidArrayShapeException for anything but exactly two dimensions of 4.
+gui_objects::Matrix4x4d toMatrix4x4d(const zxArray* array);
+
+// A new 4-by-4 double array holding the matrix, owned by the result until released.
+gui_objects::AutoPtr<zxArray, gui_objects::ZxArrayDtor> toZxArray(const gui_objects::Matrix4x4d& matrix);
+
+}  // namespace orb::objConvert

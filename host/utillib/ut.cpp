@@ -1,0 +1,91 @@
+// The host's utility library.
+#include "utillib/ut.h"
+
+#include <dlfcn.h>
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+namespace {
+
+ut::PrintCapture* currentCapture = nullptr;
+bool interruptPending = false;
+std::string lastLibraryError;
+
+void rememberLoaderError() {
+  const char* message = dlerror();
+  lastLibraryError = message != nullptr ? message : "";
+}
+
+}  // namespace
+
+void* utMalloc(std::size_t bytes) { return std::malloc(bytes); }
+
+void* utCalloc(std::size_t count, std::size_t size) { return std::calloc(count, size); }
+
+void utFree(void* block) { std::free(block); }
+
+char* utStrdup(const char* text) { return text != nullptr ? strdup(text) : nullptr; }
+
+int utPrintf(const char* format, ...) {
+  va_list args;
+  va_start(args, format);
+  int written = 0;
+  if (currentCapture == nullptr) {
+    written = std::vprintf(format, args);
+  } else {
+    va_list sizing;
+    va_copy(sizing, args);
+    const int length = std::vsnprintf(nullptr, 0, format, sizing);
+    va_end(sizing);
+    if (length > 0) {
+      std::string text(static_cast<std::size_t>(length), '\0');
+      std::vsnprintf(text.data(), text.size() + 1, format, args);
+      currentCapture->write(text);
+    }
+    written = length;
+  }
+  va_end(args);
+  return written;
+}
+
+bool utLoadLibrary(const char* path, void** handle) {
+  void* loaded = dlopen(path, RTLD_NOW | RTLD_GLOBAL);
+  if (loaded == nullptr) {
+    rememberLoaderError();
+    return false;
+  }
+  if (handle != nullptr) *handle = loaded;
+  return true;
+}
+
+void* utGetLibrarySymbol(void* handle, const char* name) {
+  void* symbol = dlsym(handle, name);
+  if (symbol == nullptr) rememberLoaderError();
+  return symbol;
+}
+
+bool utUnloadLibrary(void* handle) {
+  if (dlclose(handle) == 0) return true;
+  rememberLoaderError();
+  return false;
+}
+
+const char* utLibraryError() { return lastLibraryError.c_str(); }
+
+bool utIsInterruptPending() { return interruptPending; }
+
+void utSetInterruptPending(bool pending) { interruptPending = pending; }
+
+void utSetInterruptHandled(bool handled) { interruptPending = !handled; }
+
+namespace ut {
+
+PrintCapture::PrintCapture(Sink sink) : sink_(std::move(sink)), previous_(currentCapture) { currentCapture = this; }
+
+PrintCapture::~PrintCapture() { currentCapture = previous_; }
+
+}  // namespace ut

@@ -1,0 +1,52 @@
+// The host's utility library: C-heap allocation, printing, library loading and the interrupt flag.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string_view>
+
+// Allocation on the C heap. utFree accepts any C-heap block (malloc, calloc, strdup) and null.
+void* utMalloc(std::size_t bytes);
+void* utCalloc(std::size_t count, std::size_t size);
+void utFree(void* block);
+// A C-heap copy of a NUL-terminated string, released with utFree; null for a null argument.
+char* utStrdup(const char* text);
+
+// printf-style output to standard output, or to the sink installed by ut::PrintCapture.
+int utPrintf(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
+// Loads a shared library by path; on success stores its handle in *handle (when handle is not
+// null) and returns true. The library stays loaded for the rest of the process unless
+// utUnloadLibrary is called.
+bool utLoadLibrary(const char* path, void** handle);
+void* utGetLibrarySymbol(void* handle, const char* name);
+bool utUnloadLibrary(void* handle);
+// The loader's message for the last failed load or lookup, or an empty string.
+const char* utLibraryError();
+
+// The user's interrupt request (Ctrl-C). The host sets it; long operations poll it.
+bool utIsInterruptPending();
+void utSetInterruptPending(bool pending);
+// Marks a pending interrupt as handled (clears it) or, with false, as still pending.
+void utSetInterruptHandled(bool handled);
+
+namespace ut {
+
+// While alive, utPrintf writes to the given sink instead of standard output. Captures nest: the
+// newest one receives the output; destroying it restores the previous destination.
+class PrintCapture {
+ public:
+  using Sink = std::function<void(std::string_view)>;
+  explicit PrintCapture(Sink sink);
+  ~PrintCapture();
+  PrintCapture(const PrintCapture&) = delete;
+  PrintCapture& operator=(const PrintCapture&) = delete;
+
+  void write(std::string_view text) const { sink_(text); }
+
+ private:
+  Sink sink_;
+  PrintCapture* previous_;
+};
+
+}  // namespace ut
