@@ -14,6 +14,7 @@
 
 #include "foundationlib/except.h"
 #include "foundationlib/i18n/catalog.h"
+#include "foundationlib/visibility.h"
 
 struct zxArray;
 
@@ -45,7 +46,7 @@ void zxWarningMsgId(const fl::i18n::BaseMsgID& message);
 namespace zx {
 
 // The host's own error: the full identifier and the text the user sees.
-class HostError : public fl::except::IUserException, public std::exception {
+class KX_HOST_API HostError : public fl::except::IUserException, public std::exception {
  public:
   HostError(std::string id, std::string text, std::vector<std::string> arguments = {});
   const char* get_error_id() const noexcept override { return id_.c_str(); }

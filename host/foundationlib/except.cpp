@@ -5,6 +5,10 @@
 
 namespace fl::except {
 
+IMsgIDException::~IMsgIDException() = default;
+IUserException::~IUserException() = default;
+MsgIDExceptionBase::~MsgIDExceptionBase() = default;
+
 std::string IMsgIDException::get_message_text() const {
   return i18n::MessageCatalog::instance().format(get_error_id(), get_arguments());
 }
@@ -31,3 +35,5 @@ boost::exception_detail::clone_impl<bad_alloc_impl> bad_alloc() {
 }
 
 }  // namespace fl::except
+
+template class boost::exception_detail::clone_impl<fl::except::bad_alloc_impl>;

@@ -17,13 +17,15 @@
 #include <string_view>
 #include <vector>
 
+#include "foundationlib/visibility.h"
+
 namespace fl::except {
 
 // An error that names an entry of the host's message catalog by its identifier
 // ("Korvax:datatypes:invalidPositive") and carries the entry's arguments as narrow strings.
-class IMsgIDException {
+class KX_HOST_API IMsgIDException {
  public:
-  virtual ~IMsgIDException() = default;
+  virtual ~IMsgIDException();
   // The full identifier, components joined by ':'.
   virtual const char* get_error_id() const noexcept = 0;
   virtual const std::vector<std::string>& get_arguments() const noexcept = 0;
@@ -40,7 +42,10 @@ class IMsgIDException {
 
 // A message-identifier error that reports a fault of the user's input (as opposed to an internal
 // fault); this is how the host raises it.
-class IUserException : public IMsgIDException {
+class KX_HOST_API IUserException : public IMsgIDException {
+ public:
+  ~IUserException() override;
+
  protected:
   IUserException() = default;
   IUserException(const IUserException&) = default;
@@ -48,8 +53,9 @@ class IUserException : public IMsgIDException {
 };
 
 // The identifier's parts, its joined text and the arguments: the state every identifier class shares.
-class MsgIDExceptionBase : public IUserException {
+class KX_HOST_API MsgIDExceptionBase : public IUserException {
  public:
+  ~MsgIDExceptionBase() override;
   const char* get_error_id() const noexcept override { return id_.c_str(); }
   const std::vector<std::string>& get_arguments() const noexcept override { return arguments_; }
   const std::vector<std::string>& get_parts() const noexcept { return parts_; }
@@ -112,13 +118,16 @@ struct key {
 
 // Out of memory, thrown wherever a value block or auxiliary object cannot be allocated. Boost can
 // clone it into an exception_ptr.
-class bad_alloc_impl : public std::bad_alloc, public boost::exception {
+class KX_HOST_API bad_alloc_impl : public std::bad_alloc, public boost::exception {
  public:
   const char* what() const noexcept override;
 };
 boost::exception_detail::clone_impl<bad_alloc_impl> bad_alloc();
 
 }  // namespace fl::except
+
+// The clone wrapper of the out-of-memory error lives in the foundation library alone.
+extern template class boost::exception_detail::clone_impl<fl::except::bad_alloc_impl>;
 
 // Declares the identifier class `key` in namespace `ns`: FL_DECLARE_MSG_ID(Korvax::datatypes, InvalidValue)
 // declares Korvax::datatypes::InvalidValue for "Korvax:datatypes:InvalidValue".

@@ -3,30 +3,32 @@
 
 #include <exception>
 
+#include "foundationlib/visibility.h"
+
 namespace gui_objects {
 
 // No array was given, or the array lacks the element data being read.
-class NullArrayException : public std::exception {
+class KX_HOST_API NullArrayException : public std::exception {
  public:
-  const char* what() const noexcept override { return "array is null or has no data"; }
+  const char* what() const noexcept override;
 };
 
 // The array's class cannot be read as the value asked for.
-class InvalidArrayClassException : public std::exception {
+class KX_HOST_API InvalidArrayClassException : public std::exception {
  public:
-  const char* what() const noexcept override { return "array has an unsupported class"; }
+  const char* what() const noexcept override;
 };
 
 // The array's dimensions or element count do not fit the value asked for.
-class InvalidArrayShapeException : public std::exception {
+class KX_HOST_API InvalidArrayShapeException : public std::exception {
  public:
-  const char* what() const noexcept override { return "array has an unsupported shape"; }
+  const char* what() const noexcept override;
 };
 
 // The array's elements break a rule of the value asked for (for example a minimum above its maximum).
-class InvalidArrayDataException : public std::exception {
+class KX_HOST_API InvalidArrayDataException : public std::exception {
  public:
-  const char* what() const noexcept override { return "array holds invalid data"; }
+  const char* what() const noexcept override;
 };
 
 }  // namespace gui_objects

@@ -20,6 +20,8 @@
 
 namespace gui_objects::convert_from_string_utils {
 
+const char* ParseException::what() const noexcept { return reason_; }
+
 namespace {
 
 constexpr const char* kWrongShape = "matrix text has the wrong shape";

@@ -18,16 +18,17 @@
 #include <exception>
 
 #include "arraylib/zxarray.h"
+#include "foundationlib/visibility.h"
 #include "guilib/value_types.h"
 
 namespace gui_objects::convert_from_string_utils {
 
 // Raised for text that is not matrix text of the shape asked for; what() names the fault.
-class ParseException : public std::exception {
+class KX_HOST_API ParseException : public std::exception {
  public:
   // reason must have static storage duration (a string literal).
   explicit ParseException(const char* reason) noexcept : reason_(reason) {}
-  const char* what() const noexcept override { return reason_; }
+  const char* what() const noexcept override;
 
  private:
   const char* reason_;

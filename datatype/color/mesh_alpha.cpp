@@ -1,0 +1,138 @@
+// MeshAlpha: its style enumeration, value, data type and conversions.
+#include "datatype/color/mesh_alpha.h"
+
+#include <array>
+#include <cmath>
+#include <sstream>
+#include <vector>
+
+#include "datatype/conversion_support.h"
+#include "datatype/enums/name_matcher.h"
+#include "datatype/errors.h"
+#include "datatype/possible_values.h"
+#include "datatype/registration.h"
+#include "guilib/array_exceptions.h"
+#include "utillib/ut.h"
+
+namespace graphics::datatype {
+namespace {
+
+struct StyleEntry {
+  MeshAlphaStyle::value style;
+  std::string_view name;
+};
+// "alpha" is accepted by matching but never offered.
+constexpr StyleEntry kStyles[] = {{MeshAlphaStyle::alpha, "alpha"},
+                                  {MeshAlphaStyle::flat, "flat"},
+                                  {MeshAlphaStyle::interp, "interp"},
+                                  {MeshAlphaStyle::texturemap, "texturemap"}};
+constexpr std::array<std::string_view, 4> kAllNames = {"alpha", "flat", "interp", "texturemap"};
+constexpr std::array<std::string_view, 3> kOfferedNames = {"flat", "interp", "texturemap"};
+
+}  // namespace
+
+std::optional<MeshAlphaStyle::value> MeshAlphaStyle::fromName(std::string_view text) {
+  const std::optional<std::size_t> index = matchName(kAllNames, text);
+  if (!index) return std::nullopt;
+  return kStyles[*index].style;
+}
+
+const char* MeshAlphaStyle::nameOf(value style) {
+  for (const StyleEntry& entry : kStyles) {
+    if (entry.style == style) return entry.name.data();
+  }
+  return nullptr;
+}
+
+std::span<const std::string_view> MeshAlphaStyle::offeredNames() { return kOfferedNames; }
+
+MeshAlpha::MeshAlpha(double alphaValue) : alpha_(checkAlpha(alphaValue)) {}
+
+MeshAlpha::MeshAlpha(MeshAlphaStyle::value style, double alphaValue) : style_(style), alpha_(checkAlpha(alphaValue)) {}
+
+double MeshAlpha::checkAlpha(double alphaValue) {
+  if (!std::isfinite(alphaValue) || alphaValue < 0.0 || alphaValue > 1.0) {
+    raise<Korvax::orb::dt_conv::Matrix_to_Real::ValueOutsideRange>();
+  }
+  return alphaValue;
+}
+
+MeshAlpha MeshAlpha::fromText(const char* text) {
+  const std::optional<MeshAlphaStyle::value> style = MeshAlphaStyle::fromName(text);
+  if (style && *style != MeshAlphaStyle::alpha) return MeshAlpha(*style, 1.0);
+  // A number as a stream reads it; anything but blanks after it is refused as well.
+  std::istringstream in{std::string(text)};
+  double number = 0.0;
+  if (!(in >> number) || !(in >> std::ws).eof()) raise<Korvax::orb::dt_conv::Matrix_to_Real::ExpectedNumeric1>();
+  return MeshAlpha(number);
+}
+
+bool MeshAlpha::operator==(const MeshAlpha& other) const {
+  if (style_ != other.style_) return false;
+  return style_ != MeshAlphaStyle::alpha || alpha_ == other.alpha_;
+}
+
+void* MeshAlpha::operator new(std::size_t size) {
+  void* block = utCalloc(1, size);
+  if (block == nullptr) throw fl::except::bad_alloc();
+  return block;
+}
+
+void MeshAlpha::operator delete(void* block) { utFree(block); }
+
+const char* MeshAlphaDataType::getPossibleValuesDescription() const { return ""; }
+
+bool MeshAlphaDataType::isPossibleValuesFinite() const { return true; }
+
+objsys::COSEnumeration* MeshAlphaDataType::getPossibleValues() {
+  const std::span<const std::string_view> offered = MeshAlphaStyle::offeredNames();
+  auto* cursor = new (std::nothrow)
+      NamedValuesCursor(this, getDataTypeName(), std::vector<std::string_view>(offered.begin(), offered.end()));
+  if (cursor == nullptr) throw fl::except::bad_alloc();
+  return cursor;
+}
+
+objsys::COSValue MeshAlphaMC::to(objsys::COSValue value) const {
+  if (value.isEmpty()) return objsys::COSValue(zxCreateDoubleMatrix(0, 0, zxREAL));
+  const MeshAlpha& alpha = *value.as<const MeshAlpha>();
+  if (alpha.getStyle() != MeshAlphaStyle::alpha) {
+    return objsys::COSValue(zxCreateString(MeshAlphaStyle::nameOf(alpha.getStyle())));
+  }
+  return objsys::COSValue(zxCreateDoubleScalar(alpha.getAlpha()));
+}
+
+objsys::COSValue MeshAlphaMC::from(objsys::COSValue value) const {
+  const auto* array = value.as<const zxArray>();
+  if (array == nullptr) return objsys::COSValue();
+  if (zxIsChar(array)) {
+    const ArrayText text = textOfCharArray(array);
+    return newValueBlock<MeshAlpha>(MeshAlpha::fromText(text.get()));
+  }
+  if (!zxIsScalar(array)) raise<Korvax::orb::dt_conv::Matrix_to_Real::ExpectedNumeric>();
+  double number = 0.0;
+  try {
+    number = readScalarAsDouble(array);
+  } catch (const gui_objects::InvalidArrayClassException&) {
+    raise<Korvax::orb::dt_conv::Matrix_to_Real::ExpectedNumeric>();
+  }
+  return newValueBlock<MeshAlpha>(number);
+}
+
+objsys::COSValue MeshAlphaSC::to(objsys::COSValue value) const {
+  if (value.isEmpty()) return objsys::COSValue();
+  const MeshAlpha& alpha = *value.as<const MeshAlpha>();
+  if (alpha.getStyle() != MeshAlphaStyle::alpha) return newTextValue(MeshAlphaStyle::nameOf(alpha.getStyle()));
+  std::ostringstream out;
+  out << alpha.getAlpha();
+  return newTextValue(out.str());
+}
+
+objsys::COSValue MeshAlphaSC::from(objsys::COSValue text) const {
+  if (text.isEmpty()) return objsys::COSValue();
+  return newValueBlock<MeshAlpha>(MeshAlpha::fromText(text.as<const char>()));
+}
+
+}  // namespace graphics::datatype
+
+ORB_QUEUE_REGISTRATION(MeshAlpha, graphics::datatype::MeshAlphaDataType, graphics::datatype::MeshAlphaMC,
+                       graphics::datatype::MeshAlphaSC)

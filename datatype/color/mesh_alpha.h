@@ -1,0 +1,75 @@
+// MeshAlpha: the face alpha of surface-like objects, a number in [0, 1] or a drawing mode, with its
+// style enumeration, data type and array and string conversions.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "datatype/data_type_base.h"
+#include "datatype/export.h"
+#include "objsys/cos_type_conversion.h"
+
+namespace graphics::datatype {
+
+// The drawing modes of a mesh alpha; alpha (-1) marks an explicit number and is never offered.
+class ORB_EXPORT MeshAlphaStyle {
+ public:
+  enum value : int { alpha = -1, flat = 0, interp = 1, texturemap = 2 };
+  // The style that the text names (trimmed, any case, exact name before unique abbreviation).
+  static std::optional<value> fromName(std::string_view text);
+  static const char* nameOf(value style);
+  // The names offered to users, in order.
+  static std::span<const std::string_view> offeredNames();
+};
+
+// A number in [0, 1] (style alpha) or a drawing mode. Construction refuses NaN, infinities and
+// numbers outside [0, 1] with "Korvax:orb:dt_conv:Matrix_to_Real:ValueOutsideRange".
+class ORB_EXPORT MeshAlpha {
+ public:
+  MeshAlpha() = default;
+  explicit MeshAlpha(double alphaValue);
+  MeshAlpha(MeshAlphaStyle::value style, double alphaValue);
+  // The text rule: a drawing-mode name, or one number read as a stream reads it.
+  static MeshAlpha fromText(const char* text);
+
+  bool operator==(const MeshAlpha& other) const;
+  MeshAlphaStyle::value getStyle() const { return static_cast<MeshAlphaStyle::value>(style_); }
+  double getAlpha() const { return alpha_; }
+
+  static void* operator new(std::size_t size);
+  static void operator delete(void* block);
+
+ private:
+  static double checkAlpha(double alphaValue);
+
+  int style_ = MeshAlphaStyle::alpha;
+  double alpha_ = 1.0;
+};
+
+class ORB_EXPORT MeshAlphaDataType : public BasicDataType<MeshAlphaDataType, MeshAlpha> {
+ public:
+  static constexpr const char* kName = "MeshAlpha";
+  static constexpr const char* kClassName = "MeshAlphaDataType";
+  static constexpr std::size_t kValueSizeInBytes = 16;
+  static MeshAlpha makeDefaultValue() { return MeshAlpha(); }
+
+  const char* getPossibleValuesDescription() const override;
+  bool isPossibleValuesFinite() const override;
+  objsys::COSEnumeration* getPossibleValues() override;
+};
+
+class ORB_EXPORT MeshAlphaMC : public objsys::COSTypeConversion {
+ public:
+  objsys::COSValue to(objsys::COSValue value) const override;
+  objsys::COSValue from(objsys::COSValue array) const override;
+};
+
+class ORB_EXPORT MeshAlphaSC : public objsys::COSTypeConversion {
+ public:
+  objsys::COSValue to(objsys::COSValue value) const override;
+  objsys::COSValue from(objsys::COSValue text) const override;
+};
+
+}  // namespace graphics::datatype

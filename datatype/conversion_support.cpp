@@ -1,0 +1,24 @@
+// What the array and string conversions of every type share.
+#include "datatype/conversion_support.h"
+
+#include <cstring>
+
+#include "foundationlib/except.h"
+#include "guilib/array_dispatch.h"
+#include "utillib/ut.h"
+
+namespace graphics::datatype {
+
+double readScalarAsDouble(const zxArray* array) { return gui_objects::readElementAsDouble(array, 0); }
+
+ArrayText textOfCharArray(const zxArray* array) { return ArrayText(zxArrayToString(array)); }
+
+objsys::COSValue newTextValue(std::string_view text) {
+  auto* copy = static_cast<char*>(utMalloc(text.size() + 1));
+  if (copy == nullptr) throw fl::except::bad_alloc();
+  std::memcpy(copy, text.data(), text.size());
+  copy[text.size()] = '\0';
+  return objsys::COSValue(copy);
+}
+
+}  // namespace graphics::datatype

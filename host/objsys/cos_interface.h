@@ -1,0 +1,53 @@
+// Class-system objects (COSInterface) and the reference-counting pointer to them.
+#pragma once
+
+#include <utility>
+
+#include "foundationlib/visibility.h"
+
+namespace objsys {
+
+// An object of the class system (a figure, a line, ...), kept alive by references.
+class KX_HOST_API COSInterface {
+ public:
+  void addReference() { ++references_; }
+  // Deletes the object when the last reference goes.
+  void releaseReference() {
+    if (--references_ == 0) delete this;
+  }
+  // True once the object has been deleted by the user, while references may still hold it.
+  virtual bool isDeleted() const;
+
+ protected:
+  COSInterface() = default;
+  virtual ~COSInterface();
+
+ private:
+  int references_ = 0;
+};
+
+// A counted reference to a class-system object, or null.
+class COSInterfacePtr {
+ public:
+  COSInterfacePtr() = default;
+  explicit COSInterfacePtr(COSInterface* object) : object_(object) {
+    if (object_ != nullptr) object_->addReference();
+  }
+  COSInterfacePtr(const COSInterfacePtr& other) : COSInterfacePtr(other.object_) {}
+  COSInterfacePtr(COSInterfacePtr&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
+  COSInterfacePtr& operator=(COSInterfacePtr other) noexcept {
+    std::swap(object_, other.object_);
+    return *this;
+  }
+  ~COSInterfacePtr() {
+    if (object_ != nullptr) object_->releaseReference();
+  }
+  COSInterface* get() const { return object_; }
+  COSInterface* operator->() const { return object_; }
+  explicit operator bool() const { return object_ != nullptr; }
+
+ private:
+  COSInterface* object_ = nullptr;
+};
+
+}  // namespace objsys

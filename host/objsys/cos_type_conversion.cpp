@@ -1,0 +1,61 @@
+// The process-wide type repository.
+#include "objsys/cos_type_conversion.h"
+
+#include <unordered_map>
+#include <utility>
+
+namespace objsys {
+namespace {
+
+struct NamePairHash {
+  std::size_t operator()(const std::pair<COSNameID, COSNameID>& key) const noexcept {
+    return std::hash<COSNameID>()(key.first) * 31 + std::hash<COSNameID>()(key.second);
+  }
+};
+
+// Everything the repository is handed stays reachable from here for the life of the process,
+// including conversions that a later registration replaced.
+struct Repository {
+  std::unordered_map<COSNameID, COSDataType*> types;
+  std::unordered_map<std::pair<COSNameID, COSNameID>, COSTypeConversion*, NamePairHash> conversions;
+  std::vector<COSTypeConversion*> replaced;
+};
+
+Repository& repository() {
+  static auto* instance = new Repository();
+  return *instance;
+}
+
+}  // namespace
+
+COSTypeConversion::~COSTypeConversion() = default;
+
+void COSTypeRepository::addGlobalType(COSDataType* type) {
+  if (type != nullptr) addNamedType(COSNameID(type->getName()), type);
+}
+
+void COSTypeRepository::addNamedType(const COSNameID& fullName, COSDataType* type) {
+  if (type != nullptr) repository().types[fullName] = type;
+}
+
+COSDataType* COSTypeRepository::getType(const COSNameID& name) {
+  const auto found = repository().types.find(name);
+  return found == repository().types.end() ? nullptr : found->second;
+}
+
+void COSTypeRepository::addConversion(const COSNameID& source, const COSNameID& target, COSTypeConversion* conversion) {
+  COSTypeConversion*& slot = repository().conversions[{source, target}];
+  if (slot != nullptr && slot != conversion) repository().replaced.push_back(slot);
+  slot = conversion;
+}
+
+COSTypeConversion* COSTypeRepository::getConversion(const COSNameID& source, const COSNameID& target) {
+  const auto found = repository().conversions.find({source, target});
+  return found == repository().conversions.end() ? nullptr : found->second;
+}
+
+void COSTypeRepository::removeConversion(const COSNameID& source, const COSNameID& target) {
+  repository().conversions.erase({source, target});
+}
+
+}  // namespace objsys

@@ -1,0 +1,8 @@
+// Enumerated types of the class system.
+#include "objsys/enumeration_type.h"
+
+namespace objsys {
+
+EnumerationType::~EnumerationType() = default;
+
+}  // namespace objsys

@@ -1,0 +1,70 @@
+// orbdt's built-in demo session.
+#include "orbdt/demo.h"
+
+#include <iomanip>
+#include <string>
+
+#include "orbdt/requests.h"
+
+namespace orbdt {
+namespace {
+
+struct DemoStep {
+  const char* property;  // object.Property, as a user would write it
+  const char* type;      // the property's data type
+  const char* literal;   // the value assigned
+  bool accepted;         // whether the type should store it
+};
+
+// One row per assignment. Rows whose type is not registered are left out, so the session grows as
+// types arrive.
+constexpr DemoStep kSteps[] = {
+    {"line.Color", "RGBAColor", "'r'", true},
+    {"line.Color", "RGBAColor", "[0 0.5 1]", true},
+    {"line.Color", "RGBAColor", "[1 2 3]", false},
+    {"line.LineStyle", "LineStyle", "'--'", true},
+    {"line.LineStyle", "LineStyle", "'dotted'", false},
+    {"line.LineWidth", "Positive", "2", true},
+    {"line.LineWidth", "Positive", "0", false},
+    {"line.Marker", "MarkerStyle", "'hexa'", true},
+    {"line.MarkerSize", "Positive", "-6", false},
+    {"axes.XLim", "Limits", "[0 10]", true},
+    {"axes.XLim", "Limits", "[10 0]", false},
+    {"axes.XScale", "AxisScale", "'log'", true},
+    {"axes.ActivePositionProperty", "ActivePosition", "'outer'", true},
+    {"axes.Units", "Units", "'p'", false},
+    {"axes.ColorMap", "ColorMap", "[0 0 0; 1 1 1]", true},
+    {"axes.ColorMap", "ColorMap", "[0 0 2]", false},
+    {"axes.XTick", "Tick", "[0 5 10]", true},
+    {"axes.XTick", "Tick", "[0 0 1]", false},
+    {"axes.Title", "TextString", "{'Results'; 'run 3'}", true},
+    {"surface.FaceAlpha", "MeshAlpha", "0.5", true},
+    {"surface.FaceAlpha", "MeshAlpha", "'interp'", true},
+    {"surface.FaceAlpha", "MeshAlpha", "1.5", false},
+    {"surface.FaceAlpha", "MeshAlpha", "'opaque'", false},
+};
+
+}  // namespace
+
+int runDemo(const HostSession& host, std::ostream& out) {
+  int unexpected = 0;
+  for (const DemoStep& step : kSteps) {
+    const nlohmann::json request = {{"op", "set"}, {"type", step.type}, {"value", step.literal}};
+    const Response response = runRequest(host, request);
+    if (response.exitStatus == 2) continue;  // the type is not registered in this build
+    const std::string assignment = std::string(step.property) + " = " + step.literal;
+    out << std::left << std::setw(40) << assignment;
+    if (response.exitStatus == 0) {
+      const nlohmann::json& text = response.json["text"];
+      out << "stored  " << (text.is_string() ? text.get<std::string>() : std::string("(no text form)")) << "\n";
+    } else {
+      const nlohmann::json& error = response.json["error"];
+      out << "refused " << error["id"].get<std::string>() << "\n"
+          << std::string(48, ' ') << error["message"].get<std::string>() << "\n";
+    }
+    if ((response.exitStatus == 0) != step.accepted) ++unexpected;
+  }
+  return unexpected == 0 ? 0 : 1;
+}
+
+}  // namespace orbdt
