@@ -53,7 +53,8 @@ struct zxObjectOps {
   void (*release)(void* object);
 };
 
-// --- Creation. Inside a call frame a new array is temporary; outside, its creator owns it. ---
+// --- Creation. Inside a call frame a new array is temporary: the frame destroys it when it ends, so
+// an owner that keeps it longer makes it persistent first. Outside any frame its creator owns it. ---
 zxArray* zxCreateDoubleMatrix(zxSize m, zxSize n, zxComplexity complexity);
 zxArray* zxCreateDoubleScalar(double value);
 zxArray* zxCreateNumericMatrix(zxSize m, zxSize n, zxClassID classID, zxComplexity complexity);
@@ -71,7 +72,8 @@ zxArray* zxCreateCharArray(zxSize ndim, const zxSize* dims);
 // Cell arrays start with every element absent (null).
 zxArray* zxCreateCellMatrix(zxSize m, zxSize n);
 zxArray* zxCreateCellArray(zxSize ndim, const zxSize* dims);
-// Struct arrays start with every field of every element absent (null).
+// Struct arrays start with every field of every element absent (null). A field name given twice
+// makes one field.
 zxArray* zxCreateStructMatrix(zxSize m, zxSize n, int nfields, const char* const* fieldNames);
 zxArray* zxCreateStructArray(zxSize ndim, const zxSize* dims, int nfields, const char* const* fieldNames);
 // Sparse double (real or complex) and logical arrays in compressed-column form.
@@ -137,7 +139,8 @@ void* zxGetWritableData(zxArray* array);
 void* zxGetWritableImagData(zxArray* array);
 zxChar* zxGetWritableChars(zxArray* array);
 zxLogical* zxGetWritableLogicals(zxArray* array);
-// The first real element read as a double by class (0 for an empty or non-numeric array).
+// The first real element read as a double by class (a char as its code unit, a logical as 0 or 1);
+// 0 for an empty array or one of another class.
 double zxGetScalar(const zxArray* array);
 
 // Sparse structure: row indices of the stored values and column starts (n + 1 entries).

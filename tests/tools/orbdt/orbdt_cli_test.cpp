@@ -1,0 +1,146 @@
+// The orbdt program end to end: each command, --json, batch, exit statuses and usage errors.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using ::testing::HasSubstr;
+
+struct ProgramRun {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+std::string slurp(const std::filesystem::path& path) {
+  std::ifstream in(path);
+  std::stringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+// Runs orbdt with the arguments (already quoted for the shell) and the given standard input.
+ProgramRun orbdt(const std::string& arguments, const std::string& input = "") {
+  const auto dir = std::filesystem::temp_directory_path() / ("orbdt_cli_test_" + std::to_string(getpid()));
+  std::filesystem::create_directories(dir);
+  std::ofstream(dir / "in") << input;
+  const std::string command = std::string(ORBDT_PATH) + " " + arguments + " < " + (dir / "in").string() + " > " +
+                              (dir / "out").string() + " 2> " + (dir / "err").string();
+  const int raw = std::system(command.c_str());
+  return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, slurp(dir / "out"), slurp(dir / "err")};
+}
+
+TEST(OrbdtCommands, PeopleSeeValuesTextsAndRefusals) {
+  struct Case {
+    const char* arguments;
+    int status;
+    const char* out;  // expected in standard output (or standard error for usage errors)
+  };
+  const Case cases[] = {
+      {"types", 0, "korvax.graphics.datatype.MeshAlpha\n"},
+      {"describe MeshAlpha", 0, "possible values: 'flat' 'interp' 'texturemap'"},
+      {"describe korvax.graphics.datatype.MeshAlpha", 0, "size:             128 bits, 16 bytes"},
+      {"set MeshAlpha 0.25", 0, "value: 0.25\ntext:  0.25\n"},
+      {"set MeshAlpha \"'interp'\"", 0, "value: 'interp'\ntext:  interp\n"},
+      {"set MeshAlpha \"int8(1)\"", 0, "value: 1\n"},
+      {"parse MeshAlpha ' Flat '", 0, "value: 'flat'\n"},
+      {"set MeshAlpha 1.5", 1, "error: Korvax:orb:dt_conv:Matrix_to_Real:ValueOutsideRange: "},
+      {"parse MeshAlpha opaque", 1, "error: Korvax:orb:dt_conv:Matrix_to_Real:ExpectedNumeric1: "},
+      {"equal MeshAlpha \"'interp'\" \"'i'\"", 0, "equal:   true\ncompare: 0\n"},
+      {"equal MeshAlpha 0.5 NaN", 1, "ValueOutsideRange"},
+      {"equal MeshAlpha 0.5 0.25", 0, "equal:   false\ncompare: 2\n"},
+      {"set NoSuchType 1", 2, "error: orbdt:UnknownType: "},
+      {"set MeshAlpha '[1 2'", 2, "error: orbdt:BadLiteral: "},
+      {"set MeshAlpha '[1 2; 3]'", 2, "error: orbdt:BadLiteral: "},
+      {"set MeshAlpha 'frobnicate(1)'", 2, "unknown function 'frobnicate'"},
+      {"set MeshAlpha", 2, "usage: orbdt"},
+      {"", 2, "usage: orbdt"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.arguments);
+    const ProgramRun run = orbdt(c.arguments);
+    EXPECT_EQ(run.status, c.status) << run.out << run.err;
+    EXPECT_THAT(c.status == 2 ? run.err : run.out, HasSubstr(c.out));
+  }
+}
+
+TEST(OrbdtCommands, JsonModeWritesOneResponseObject) {
+  const ProgramRun set = orbdt("set MeshAlpha \"'flat'\" --json");
+  EXPECT_EQ(set.status, 0);
+  const auto response = nlohmann::json::parse(set.out);
+  EXPECT_EQ(response["type"], "korvax.graphics.datatype.MeshAlpha");
+  EXPECT_EQ(response["empty"], false);
+  EXPECT_EQ(response["value"]["class"], "char");
+  EXPECT_EQ(response["value"]["rows"], nlohmann::json::array({"flat"}));
+  EXPECT_EQ(response["text"], "flat");
+
+  const ProgramRun refused = orbdt("--json set MeshAlpha -1");
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_EQ(nlohmann::json::parse(refused.out)["error"]["id"],
+            "Korvax:orb:dt_conv:Matrix_to_Real:ValueOutsideRange");
+
+  const auto described = nlohmann::json::parse(orbdt("describe MeshAlpha --json").out);
+  EXPECT_EQ(described["sizeInBits"], 128);
+  EXPECT_EQ(described["className"], "MeshAlphaDataType");
+  EXPECT_EQ(described["default"]["re"], nlohmann::json::array({1.0}));
+  EXPECT_EQ(described["possibleValues"], nlohmann::json::array({"flat", "interp", "texturemap"}));
+}
+
+TEST(OrbdtBatch, AnswersEveryLineInOrderAndGoesOnAfterBadOnes) {
+  const std::string input =
+      R"({"op":"set","type":"MeshAlpha","value":{"class":"single","dims":[1,1],"re":[0.5]},"id":1})"
+      "\n"
+      R"({"op":"set","type":"MeshAlpha","value":null})"
+      "\n"
+      "not json\n"
+      R"({"op":"parse","type":"MeshAlpha","text":"interp","id":"x"})"
+      "\n"
+      R"({"op":"equal","type":"MeshAlpha","a":"0.5","b":{"class":"double","dims":[1,1],"re":[0.5]}})"
+      "\n"
+      R"({"op":"set","type":"MeshAlpha","value":"2"})"
+      "\n"
+      R"({"op":"fly"})"
+      "\n"
+      R"({"op":"types"})"
+      "\n";
+  const ProgramRun run = orbdt("batch", input);
+  EXPECT_EQ(run.status, 0);
+  std::istringstream lines(run.out);
+  std::vector<nlohmann::json> responses;
+  for (std::string line; std::getline(lines, line);) responses.push_back(nlohmann::json::parse(line));
+  ASSERT_EQ(responses.size(), 8u);
+  EXPECT_EQ(responses[0]["id"], 1);
+  EXPECT_EQ(responses[0]["text"], "0.5");
+  EXPECT_EQ(responses[1]["empty"], true);
+  EXPECT_EQ(responses[1]["value"]["dims"], nlohmann::json::array({0, 0}));
+  EXPECT_TRUE(responses[1]["text"].is_null());
+  EXPECT_EQ(responses[2]["error"]["id"], "orbdt:BadRequest");
+  EXPECT_EQ(responses[3]["id"], "x");
+  EXPECT_EQ(responses[3]["text"], "interp");
+  EXPECT_EQ(responses[4]["equal"], true);
+  EXPECT_EQ(responses[4]["compare"], 0);
+  EXPECT_EQ(responses[5]["ok"], false);
+  EXPECT_EQ(responses[5]["error"]["id"], "Korvax:orb:dt_conv:Matrix_to_Real:ValueOutsideRange");
+  EXPECT_EQ(responses[6]["error"]["id"], "orbdt:BadRequest");
+  EXPECT_THAT(responses[7]["types"], ::testing::Contains("korvax.graphics.datatype.MeshAlpha"));
+}
+
+TEST(OrbdtDemo, ShowsStoredAndRefusedValues) {
+  const ProgramRun run = orbdt("demo");
+  EXPECT_EQ(run.status, 0) << run.out << run.err;
+  EXPECT_THAT(run.out, HasSubstr("surface.FaceAlpha = 'interp'"));
+  EXPECT_THAT(run.out, HasSubstr("refused Korvax:orb:dt_conv:Matrix_to_Real:ValueOutsideRange"));
+}
+
+}  // namespace
