@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "datatype/conversion_support.h"
-#include "datatype/enums/name_matcher.h"
 #include "datatype/errors.h"
 #include "datatype/possible_values.h"
 #include "datatype/registration.h"
@@ -17,34 +16,24 @@
 namespace graphics::datatype {
 namespace {
 
-struct StyleEntry {
-  MeshAlphaStyle::value style;
-  std::string_view name;
-};
 // "alpha" is accepted by matching but never offered.
-constexpr StyleEntry kStyles[] = {{MeshAlphaStyle::alpha, "alpha"},
-                                  {MeshAlphaStyle::flat, "flat"},
-                                  {MeshAlphaStyle::interp, "interp"},
-                                  {MeshAlphaStyle::texturemap, "texturemap"}};
-constexpr std::array<std::string_view, 4> kAllNames = {"alpha", "flat", "interp", "texturemap"};
-constexpr std::array<std::string_view, 3> kOfferedNames = {"flat", "interp", "texturemap"};
+constexpr StyleEntry kStyles[] = {{MeshAlphaStyle::alpha, "alpha", 1},
+                                  {MeshAlphaStyle::flat, "flat", 0},
+                                  {MeshAlphaStyle::interp, "interp", 0},
+                                  {MeshAlphaStyle::texturemap, "texturemap", 0}};
 
 }  // namespace
 
+const StyleEnumeration& MeshAlphaStyle::enumeration() {
+  static const auto* const styles = new StyleEnumeration(kStyles);
+  return *styles;
+}
+
 std::optional<MeshAlphaStyle::value> MeshAlphaStyle::fromName(std::string_view text) {
-  const std::optional<std::size_t> index = matchName(kAllNames, text);
-  if (!index) return std::nullopt;
-  return kStyles[*index].style;
+  const std::optional<int> style = enumeration().find(text);
+  if (!style) return std::nullopt;
+  return static_cast<value>(*style);
 }
-
-const char* MeshAlphaStyle::nameOf(value style) {
-  for (const StyleEntry& entry : kStyles) {
-    if (entry.style == style) return entry.name.data();
-  }
-  return nullptr;
-}
-
-std::span<const std::string_view> MeshAlphaStyle::offeredNames() { return kOfferedNames; }
 
 MeshAlpha::MeshAlpha(double alphaValue) : alpha_(checkAlpha(alphaValue)) {}
 
@@ -85,9 +74,8 @@ const char* MeshAlphaDataType::getPossibleValuesDescription() const { return "";
 bool MeshAlphaDataType::isPossibleValuesFinite() const { return true; }
 
 objsys::COSEnumeration* MeshAlphaDataType::getPossibleValues() {
-  const std::span<const std::string_view> offered = MeshAlphaStyle::offeredNames();
-  auto* cursor = new (std::nothrow)
-      NamedValuesCursor(this, getDataTypeName(), std::vector<std::string_view>(offered.begin(), offered.end()));
+  auto* cursor =
+      new (std::nothrow) NamedValuesCursor(this, getDataTypeName(), MeshAlphaStyle::enumeration().offeredNames());
   if (cursor == nullptr) throw fl::except::bad_alloc();
   return cursor;
 }

@@ -4,10 +4,10 @@
 
 #include <cstddef>
 #include <optional>
-#include <span>
 #include <string_view>
 
 #include "datatype/data_type_base.h"
+#include "datatype/enums/style_enumeration.h"
 #include "datatype/export.h"
 #include "objsys/cos_type_conversion.h"
 
@@ -17,11 +17,11 @@ namespace graphics::datatype {
 class ORB_EXPORT MeshAlphaStyle {
  public:
   enum value : int { alpha = -1, flat = 0, interp = 1, texturemap = 2 };
+  // The style's enumeration, made on first use.
+  static const StyleEnumeration& enumeration();
   // The style that the text names (trimmed, any case, exact name before unique abbreviation).
   static std::optional<value> fromName(std::string_view text);
-  static const char* nameOf(value style);
-  // The names offered to users, in order.
-  static std::span<const std::string_view> offeredNames();
+  static const char* nameOf(value style) { return enumeration().nameOf(style); }
 };
 
 // A number in [0, 1] (style alpha) or a drawing mode. Construction refuses NaN, infinities and

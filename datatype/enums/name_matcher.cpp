@@ -1,46 +1,53 @@
 // Matching a user's text against a list of names.
 #include "datatype/enums/name_matcher.h"
 
-#include <locale>
-#include <string>
+#include <algorithm>
+#include <cstring>
 
 namespace graphics::datatype {
-namespace {
 
-// Case folding and white space follow the process's global locale, so the rule agrees with the
-// host's own text handling.
-struct Folder {
-  std::locale locale;
-  const std::ctype<char>& ctype = std::use_facet<std::ctype<char>>(locale);
+void NameMatcher::add(std::string_view name) {
+  names_.emplace_back(name);
+  longest_ = std::max(longest_, name.size());
+  foldedWith_ = nullptr;
+}
 
-  std::string_view trim(std::string_view text) const {
-    while (!text.empty() && ctype.is(std::ctype_base::space, text.front())) text.remove_prefix(1);
-    while (!text.empty() && ctype.is(std::ctype_base::space, text.back())) text.remove_suffix(1);
-    return text;
+// The facet identifies the locale's rules; keeping the locale itself keeps the facet alive.
+void NameMatcher::refold(const std::ctype<char>& ctype) const {
+  folded_ = names_;
+  for (std::string& name : folded_) ctype.toupper(name.data(), name.data() + name.size());
+  foldedWith_ = &ctype;
+}
+
+std::optional<std::size_t> NameMatcher::find(std::string_view text) const {
+  const std::locale locale;
+  const auto& ctype = std::use_facet<std::ctype<char>>(locale);
+  if (foldedWith_ != &ctype) {
+    refold(ctype);
+    foldedLocale_ = locale;
   }
-  bool equalFolded(std::string_view a, std::string_view b) const {
-    if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-      if (ctype.toupper(a[i]) != ctype.toupper(b[i])) return false;
-    }
-    return true;
-  }
-  bool startsWithFolded(std::string_view name, std::string_view prefix) const {
-    return name.size() >= prefix.size() && equalFolded(name.substr(0, prefix.size()), prefix);
-  }
-};
+  while (!text.empty() && ctype.is(std::ctype_base::space, text.front())) text.remove_prefix(1);
+  while (!text.empty() && ctype.is(std::ctype_base::space, text.back())) text.remove_suffix(1);
+  if (text.size() > longest_) return std::nullopt;  // longer than every name: neither equal nor a prefix
 
-}  // namespace
+  char buffer[256];
+  std::string heap;
+  char* wanted = buffer;
+  if (text.size() > sizeof buffer) {
+    heap.assign(text);
+    wanted = heap.data();
+  } else {
+    std::memcpy(buffer, text.data(), text.size());
+  }
+  ctype.toupper(wanted, wanted + text.size());
+  const std::string_view folded(wanted, text.size());
 
-std::optional<std::size_t> matchName(std::span<const std::string_view> names, std::string_view text) {
-  const Folder folder;
-  const std::string_view wanted = folder.trim(text);
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    if (folder.equalFolded(names[i], wanted)) return i;
+  for (std::size_t i = 0; i < folded_.size(); ++i) {
+    if (folded_[i] == folded) return i;
   }
   std::optional<std::size_t> match;
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    if (!folder.startsWithFolded(names[i], wanted)) continue;
+  for (std::size_t i = 0; i < folded_.size(); ++i) {
+    if (!std::string_view(folded_[i]).starts_with(folded)) continue;
     if (match) return std::nullopt;
     match = i;
   }

@@ -1,16 +1,39 @@
-// Matching a user's text against a list of names: blanks trimmed, case ignored (both by the current
-// locale), an exact name before a unique abbreviation.
+// Matching a user's text against a list of names: white space trimmed and case folded by the current
+// locale, an exact name before a unique abbreviation.
 #pragma once
 
+#include <cstddef>
+#include <locale>
 #include <optional>
-#include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace graphics::datatype {
 
-// The index of the name the text selects, or nothing. After trimming white space at both ends, the
-// first name equal to the text without regard to case wins; failing that, a name that the text
-// abbreviates wins when no other name begins with the text. Ties go to the earlier name.
-std::optional<std::size_t> matchName(std::span<const std::string_view> names, std::string_view text);
+// Holds the names in order of addition and their case-folded forms. The folded forms are made for the
+// current locale and made again when the global locale changes, so matching stays exact under any
+// locale while costing one pass over the text for the common case.
+class NameMatcher {
+ public:
+  void add(std::string_view name);
+  std::size_t size() const { return names_.size(); }
+  const std::string& name(std::size_t index) const { return names_[index]; }
+  const std::vector<std::string>& names() const { return names_; }
+
+  // The index of the name the text selects, or nothing. After trimming white space at both ends, the
+  // first name equal to the text without regard to case wins; failing that, a name that the text
+  // abbreviates wins when no later name also begins with it.
+  std::optional<std::size_t> find(std::string_view text) const;
+
+ private:
+  void refold(const std::ctype<char>& ctype) const;
+
+  std::vector<std::string> names_;
+  std::size_t longest_ = 0;
+  mutable std::vector<std::string> folded_;
+  mutable const std::ctype<char>* foldedWith_ = nullptr;
+  mutable std::locale foldedLocale_{std::locale::classic()};
+};
 
 }  // namespace graphics::datatype

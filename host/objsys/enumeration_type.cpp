@@ -4,5 +4,6 @@
 namespace objsys {
 
 EnumerationType::~EnumerationType() = default;
+TypedEnumStringType::~TypedEnumStringType() = default;
 
 }  // namespace objsys

@@ -34,6 +34,9 @@ class KX_HOST_API EnumerationType {
 
 // A data type whose values are the elements of an enumeration (an enumerated string property).
 class KX_HOST_API TypedEnumStringType : public COSDataType, public EnumerationType {
+ public:
+  ~TypedEnumStringType() override;
+
  protected:
   TypedEnumStringType() = default;
 };

@@ -1,0 +1,118 @@
+// The data type and conversions shared by every enumerated property type.
+#include "datatype/enums/enum_value.h"
+
+#include <new>
+
+#include "arraylib/zxarray.h"
+#include "arraylib/zxerror.h"
+#include "datatype/conversion_support.h"
+#include "datatype/data_type_base.h"
+#include "foundationlib/except.h"
+#include "utillib/ut.h"
+
+namespace graphics::datatype {
+
+EnumValueWarningMessage::EnumValueWarningMessage(std::string id, std::vector<std::string> arguments)
+    : id_(std::move(id)), arguments_(std::move(arguments)) {}
+
+EnumValueWarningMessage::~EnumValueWarningMessage() = default;
+
+void EnumValueWarningMessage::throwWarning() const {
+  if (id_.empty()) return;
+  // A warning must neither consume nor invent the user's interrupt request.
+  const bool interruptPending = utIsInterruptPending();
+  zxWarningMsgId(fl::i18n::BaseMsgID(id_, arguments_));
+  utSetInterruptHandled(!interruptPending);
+}
+
+EnumDataTypeBase::EnumDataTypeBase(const EnumTypeInfo& info)
+    : info_(info), fullName_(std::string(kPackageName) + "." + info.name) {}
+
+objsys::COSValue EnumDataTypeBase::makeValue(signed char ordinal) {
+  auto* block = static_cast<signed char*>(utCalloc(1, 1));
+  if (block == nullptr) throw fl::except::bad_alloc();
+  *block = ordinal;
+  return objsys::COSValue(block);
+}
+
+objsys::COSValue EnumDataTypeBase::getDefaultValue() const {
+  if (default_.isEmpty()) default_ = makeValue(info_.defaultOrdinal);
+  return default_;
+}
+
+bool EnumDataTypeBase::isEqual(objsys::COSValue a, objsys::COSValue b) const {
+  if (a.isEmpty() || b.isEmpty()) return a == b;
+  return ordinalOf(a) == ordinalOf(b);
+}
+
+objsys::COSOrderRelation EnumDataTypeBase::compare(objsys::COSValue a, objsys::COSValue b) {
+  return isEqual(a, b) ? objsys::cosEqual : objsys::cosUnordered;
+}
+
+objsys::COSValue EnumDataTypeBase::copy(objsys::COSValue value) {
+  return value.isEmpty() ? objsys::COSValue() : makeValue(ordinalOf(value));
+}
+
+void EnumDataTypeBase::destroy(objsys::COSValue value) const { utFree(value.pointer()); }
+
+// The element values live as long as the type: the class system keeps both for the process.
+const OrbTypedEnumStringType& EnumDataTypeBase::enumType() const {
+  if (enumType_ == nullptr) {
+    auto* type = new (std::nothrow) OrbTypedEnumStringType(const_cast<EnumDataTypeBase*>(this));
+    if (type == nullptr) throw fl::except::bad_alloc();
+    for (const EnumElement& element : info_.elements) {
+      if (element.status == 0) {
+        type->addElement(makeValue(element.ordinal), element.name);
+      } else if (element.status == 2) {
+        auto* warning =
+            new (std::nothrow) EnumValueWarningMessage(element.warningId != nullptr ? element.warningId : "");
+        if (warning == nullptr) throw fl::except::bad_alloc();
+        type->addElement(makeValue(element.ordinal), element.name, warning);
+      } else {
+        type->addElement(makeValue(element.ordinal), element.name, element.status);
+      }
+    }
+    enumType_ = type;
+  }
+  return *enumType_;
+}
+
+namespace {
+
+// The copy of the value the name selects, warning first when the element asks for it; refuses a name
+// that selects nothing.
+objsys::COSValue valueNamed(EnumDataTypeBase& type, const char* name, bool warn) {
+  const OrbTypedEnumStringType& elements = type.enumType();
+  const int index = elements.findElement(name);
+  if (index < 0) errorForInvalidEnumValue(name, elements);
+  return type.copy(elements.elements().elementValue(index, warn));
+}
+
+}  // namespace
+
+objsys::COSValue EnumArrayConversion::to(objsys::COSValue value) const {
+  const char* name = value.isEmpty() ? nullptr : type_->enumType().getEnumString(value);
+  return objsys::COSValue(zxCreateString(name != nullptr ? name : ""));
+}
+
+objsys::COSValue EnumArrayConversion::from(objsys::COSValue value) const {
+  const auto* array = value.as<const zxArray>();
+  if (array == nullptr) return objsys::COSValue();
+  const OrbTypedEnumStringType& elements = type_->enumType();
+  if (!zxIsChar(array)) errorForInvalidEnumValueFor(elements);
+  if (zxIsEmpty(array)) errorForInvalidValue(elements);
+  const std::string text = getStringFromZxArray(array);
+  return valueNamed(*type_, text.c_str(), true);
+}
+
+objsys::COSValue EnumStringConversion::to(objsys::COSValue value) const {
+  const char* name = value.isEmpty() ? nullptr : type_->enumType().getEnumString(value);
+  return name != nullptr ? newTextValue(name) : objsys::COSValue();
+}
+
+objsys::COSValue EnumStringConversion::from(objsys::COSValue text) const {
+  if (text.isEmpty()) return objsys::COSValue();
+  return valueNamed(*type_, text.as<const char>(), false);
+}
+
+}  // namespace graphics::datatype

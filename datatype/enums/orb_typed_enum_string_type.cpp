@@ -1,0 +1,53 @@
+// The enumeration of an enumerated property type, its cache and its errors.
+#include "datatype/enums/orb_typed_enum_string_type.h"
+
+#include "datatype/conversion_support.h"
+#include "datatype/errors.h"
+
+namespace graphics::datatype {
+
+utils::EnumCache::EnumCache(const OrbTypedEnumStringType& type) {
+  const OrbEnumerationType& elements = type.elements();
+  for (int i = 0; i < elements.getEnumLength(); ++i) {
+    if (elements.elementStatus(i) != 0) continue;
+    if (!validValues_.empty()) validValues_ += " | ";
+    validValues_ += '\'';
+    validValues_ += elements.elementName(i);
+    validValues_ += '\'';
+  }
+}
+
+OrbTypedEnumStringType::OrbTypedEnumStringType(objsys::COSDataType* owner)
+    : owner_(owner), elements_(OrbEnumerationType::createObjectTypeEnumeration(owner)) {}
+
+OrbTypedEnumStringType::~OrbTypedEnumStringType() = default;
+
+std::vector<std::string> OrbTypedEnumStringType::getEnumStrings() const {
+  std::vector<std::string> names;
+  for (int i = 0; i < elements_->getEnumLength(); ++i) names.emplace_back(elements_->elementName(i));
+  return names;
+}
+
+const std::string& OrbTypedEnumStringType::validValues() const {
+  if (cache_ == nullptr) cache_ = std::make_unique<utils::EnumCache>(*this);
+  return cache_->validValues();
+}
+
+void errorForInvalidEnumValue(const char* given, const OrbTypedEnumStringType& type) {
+  raise<Korvax::datatypes::InvalidEnumValue>(given != nullptr ? given : "", type.validValues());
+}
+
+void errorForInvalidEnumValueFor(const OrbTypedEnumStringType& type) {
+  raise<Korvax::datatypes::InvalidEnumValueFor>(type.validValues());
+}
+
+void errorForInvalidValue(const OrbTypedEnumStringType& type) {
+  raise<Korvax::datatypes::InvalidValue>(type.validValues());
+}
+
+std::string getStringFromZxArray(const zxArray* array) {
+  const ArrayText text = textOfCharArray(array);
+  return text != nullptr ? std::string(text.get()) : std::string();
+}
+
+}  // namespace graphics::datatype

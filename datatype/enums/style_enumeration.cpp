@@ -1,0 +1,36 @@
+// Style enumerations on integer enumeration types.
+#include "datatype/enums/style_enumeration.h"
+
+#include <string>
+
+namespace graphics::datatype {
+
+StyleEnumeration::StyleEnumeration(std::span<const StyleEntry> entries)
+    : enumeration_(OrbEnumerationType::createIntegerEnumeration()) {
+  for (const StyleEntry& entry : entries) {
+    enumeration_->addElement(objsys::COSValue::fromWord(entry.value), entry.name, entry.status);
+  }
+}
+
+std::optional<int> StyleEnumeration::find(std::string_view text) const {
+  const int index = enumeration_->findElement(std::string(text).c_str());
+  if (index < 0) return std::nullopt;
+  return static_cast<int>(enumeration_->elementValue(index, false).word());
+}
+
+const char* StyleEnumeration::nameOf(int value) const {
+  for (int i = 0; i < enumeration_->getEnumLength(); ++i) {
+    if (enumeration_->elementValue(i, false).word() == value) return enumeration_->elementName(i);
+  }
+  return nullptr;
+}
+
+std::vector<std::string_view> StyleEnumeration::offeredNames() const {
+  std::vector<std::string_view> names;
+  for (int i = 0; i < enumeration_->getEnumLength(); ++i) {
+    if (enumeration_->elementStatus(i) == 0) names.emplace_back(enumeration_->elementName(i));
+  }
+  return names;
+}
+
+}  // namespace graphics::datatype

@@ -1,0 +1,37 @@
+// The nested style enumerations of composite values (MeshAlphaStyle, RGBAColorStyle, ...): integer
+// enumerations whose stored words are the style values themselves.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "datatype/enums/orb_enumeration_type.h"
+#include "datatype/export.h"
+
+namespace graphics::datatype {
+
+struct StyleEntry {
+  int value;
+  const char* name;
+  EnumerationStatus status;  // 0 offered; 1 accepted by matching but not offered
+};
+
+// A style's names matched by the enumeration rule, and the names it offers.
+class ORB_EXPORT StyleEnumeration {
+ public:
+  explicit StyleEnumeration(std::span<const StyleEntry> entries);
+  // The style the text names, or nothing.
+  std::optional<int> find(std::string_view text) const;
+  // The name of the style, or null.
+  const char* nameOf(int value) const;
+  // The names of status 0, in order.
+  std::vector<std::string_view> offeredNames() const;
+  const OrbEnumerationType& enumeration() const { return *enumeration_; }
+
+ private:
+  OrbEnumerationType* enumeration_;  // lives as long as the style class, for the process
+};
+
+}  // namespace graphics::datatype

@@ -1,0 +1,252 @@
+// The enumeration mechanism and the catalogue of enumerated types: matching, statuses, ordinals,
+// errors with their lists of valid values, warnings, and a sweep over every type.
+#include <set>
+#include <string>
+#include <vector>
+
+#include "../support.h"
+#include "arraylib/zxarray.h"
+#include "datatype/color/mesh_alpha.h"
+#include "datatype/enums/enum_types.h"
+#include "utillib/ut.h"
+
+namespace graphics::datatype {
+// A type of tests only: its hidden element warns when an array selects it.
+class WarningTestEnum : public EnumBase {
+ public:
+  static constexpr const char* kName = "WarningTestEnum";
+  static const EnumTypeInfo& info() {
+    static constexpr EnumElement kElements[] = {{"current", 0, 0}, {"legacy", 1, 2, "Korvax:test:LegacyValue"}};
+    static constexpr EnumTypeInfo kInfo = {kName, kElements, 0};
+    return kInfo;
+  }
+};
+}  // namespace graphics::datatype
+
+namespace {
+
+using namespace graphics::datatype;
+using objsys::COSValue;
+using orbtest::RaisesId;
+
+struct TypeEntry {
+  const char* name;
+  EnumDataTypeBase* type;
+};
+#define ORB_ENUM(...)
+#define ORB_ENUM_TYPE(Type, ...) TypeEntry{#Type, EnumValueDataType<Type>::getType()},
+const TypeEntry kAllTypes[] = {
+#include "datatype/enums/enum_types.def"
+};
+
+class Enumerations : public orbtest::DataTypeTest {
+ protected:
+  const objsys::COSTypeConversion& textConversion(const std::string& type) {
+    return *objsys::COSTypeRepository::getConversion("asciiString", ("korvax.graphics.datatype." + type).c_str());
+  }
+  const objsys::COSTypeConversion& arrayConversion(const std::string& type) {
+    return *objsys::COSTypeRepository::getConversion("any", ("korvax.graphics.datatype." + type).c_str());
+  }
+  // The ordinal the text selects through the type's string conversion, or -1 when refused.
+  int ordinalOf(const std::string& type, const char* text) {
+    try {
+      const COSValue value = textConversion(type).from(COSValue(text));
+      const int ordinal = EnumDataTypeBase::ordinalOf(value);
+      utFree(value.pointer());
+      return ordinal;
+    } catch (const fl::except::IMsgIDException& error) {
+      EXPECT_STREQ(error.get_error_id(), "Korvax:datatypes:InvalidEnumValue");
+      return -1;
+    }
+  }
+  std::string nameOf(const std::string& type, signed char ordinal) {
+    const COSValue value = EnumDataTypeBase::makeValue(ordinal);
+    const COSValue text = textConversion(type).to(value);
+    std::string name = text.isEmpty() ? "(null)" : text.as<const char>();
+    utFree(text.pointer());
+    utFree(value.pointer());
+    return name;
+  }
+};
+
+TEST_F(Enumerations, TextSelectsExactNamesBeforeUniqueAbbreviations) {
+  struct Case {
+    const char* type;
+    const char* text;
+    int ordinal;
+  };
+  const Case cases[] = {
+      {"ActivePosition", "OuterPosition", 1},
+      {"ActivePosition", "outer", 1},
+      {"ActivePosition", "o", 1},
+      {"ActivePosition", " \touterposition  ", 1},
+      {"ActivePosition", "p", 0},
+      {"ActivePosition", "", -1},
+      {"ActivePosition", "outerpositions", -1},
+      {"AxesNextPlot", "replace", 1},
+      {"AxesNextPlot", "replacec", 2},
+      {"AxesNextPlot", "rep", -1},
+      {"NextPlot", "repla", -1},
+      {"NextPlot", "REPLACECHILDREN", 3},
+      {"ColorType", "truecolor", 1},
+      {"ColorType", "truecolora", 2},
+      {"TextureColorType", "truecolora", 1},
+      {"Units", "p", -1},
+      {"Units", "po", 3},
+      {"Units", "pi", 4},
+      {"FontUnits", "p", -1},
+      {"PaperUnits", "p", 3},
+      {"HistogramNorm", "c", -1},
+      {"HistogramNorm", "count", 0},
+      {"LineStyle", "-", 0},
+      {"LineStyle", "-.", 3},
+      {"LineStyle", ":", 2},
+      {"MarkerStyle", "hexa", 12},
+      {"Units", "Devicepixels", 6},
+      {"Units", "characters", 5},
+      {"FontWeight", "bold", 3},
+      {"FontWeight", "l", 0},
+      {"RenderEngineType", "z", 2},
+      {"AxisClipping", "3D", 2},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.type) + " <- '" + c.text + "'");
+    EXPECT_EQ(ordinalOf(c.type, c.text), c.ordinal);
+  }
+}
+
+TEST_F(Enumerations, OrdinalsNeedNotFollowTheOrderOfAddition) {
+  struct Case {
+    const char* type;
+    signed char ordinal;
+    const char* name;
+  };
+  const Case cases[] = {{"Units", 5, "characters"},  {"UnitsWithData", 5, "pixels"},
+                        {"Units", 2, "normalized"},  {"FontWeight", 0, "light"},
+                        {"FontWeight", 1, "normal"}, {"RenderEngineType", 0, "(null)"},
+                        {"MarkerStyle", 13, "none"}, {"PrimMarkerStyle", 7, "downtriangle"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.type);
+    EXPECT_EQ(nameOf(c.type, c.ordinal), c.name);
+  }
+}
+
+TEST_F(Enumerations, HiddenNamesAreAcceptedButNeitherOfferedNorListed) {
+  const OrbTypedEnumStringType& units = EnumValueDataType<Units>::getType()->enumType();
+  EXPECT_EQ(units.getEnumVisibility("devicepixels"), 1);
+  EXPECT_EQ(units.getEnumVisibility("inch"), 0);
+  EXPECT_EQ(units.getEnumVisibility("furlongs"), -1);
+  EXPECT_TRUE(units.isEnumNameAmbiguous("furlongs")) << "every name that selects nothing counts as ambiguous";
+  EXPECT_TRUE(units.isEnumNameAmbiguous("p"));
+  EXPECT_FALSE(units.isEnumNameAmbiguous("pi"));
+  EXPECT_EQ(units.validValues(), "'inches' | 'centimeters' | 'characters' | 'normalized' | 'points' | 'pixels'");
+  EXPECT_EQ(units.getEnumStrings().back(), "devicepixels");
+  EXPECT_EQ(EnumValueDataType<ActivePosition>::getType()->enumType().validValues(), "'position' | 'outerposition'");
+}
+
+TEST_F(Enumerations, RefusalsCarryTheListOfValidValues) {
+  struct Case {
+    const char* name;
+    zxArray* array;
+    const char* id;
+    const char* message;
+  };
+  const Case cases[] = {
+      {"unknown text", zxCreateString("middle"), "Korvax:datatypes:InvalidEnumValue",
+       "'middle' is not a valid value. Use one of these values: 'position' | 'outerposition'."},
+      {"not text", zxCreateDoubleScalar(1), "Korvax:datatypes:InvalidEnumValueFor",
+       "Value must be a character vector. Use one of these values: 'position' | 'outerposition'."},
+      {"empty text", zxCreateString(""), "Korvax:datatypes:InvalidValue",
+       "Value must be one of these values: 'position' | 'outerposition'."},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    try {
+      arrayConversion("ActivePosition").from(COSValue(c.array));
+      ADD_FAILURE() << "accepted";
+    } catch (const fl::except::IMsgIDException& error) {
+      EXPECT_STREQ(error.get_error_id(), c.id);
+      EXPECT_EQ(error.get_message_text(), c.message);
+    }
+  }
+}
+
+TEST_F(Enumerations, EmptySlotsReadBackAsEmptyTextAndNoString) {
+  EXPECT_TRUE(arrayConversion("LineStyle").from(COSValue()).isEmpty());
+  EXPECT_TRUE(textConversion("LineStyle").to(COSValue()).isEmpty());
+  const zxArray* empty = arrayConversion("LineStyle").to(COSValue()).as<const zxArray>();
+  EXPECT_TRUE(zxIsChar(empty) && zxIsEmpty(empty));
+}
+
+TEST_F(Enumerations, AWarningElementWarnsWhenAnArraySelectsItButNotFromText) {
+  const EnumValueMC<WarningTestEnum> fromArrays;
+  const EnumValueSC<WarningTestEnum> fromTexts;
+  zx::clearWarnings();
+  EnumValueDataType<WarningTestEnum>::getType()->destroy(fromTexts.from(COSValue("legacy")));
+  EXPECT_TRUE(zx::warnings().empty());
+  EnumValueDataType<WarningTestEnum>::getType()->destroy(fromArrays.from(COSValue(zxCreateString("leg"))));
+  ASSERT_EQ(zx::warnings().size(), 1u);
+  EXPECT_EQ(zx::warnings()[0].id, "Korvax:test:LegacyValue");
+  EnumValueDataType<WarningTestEnum>::getType()->destroy(fromArrays.from(COSValue(zxCreateString("current"))));
+  EXPECT_EQ(zx::warnings().size(), 1u);
+  zx::clearWarnings();
+}
+
+TEST_F(Enumerations, EveryTypeIsRegisteredAndItsNamesRoundTrip) {
+  std::set<std::string> names;
+  for (const TypeEntry& entry : kAllTypes) {
+    SCOPED_TRACE(entry.name);
+    EXPECT_TRUE(names.insert(entry.name).second);
+    EXPECT_EQ(objsys::COSTypeRepository::getType(entry.type->getDataTypeName()), entry.type);
+    const OrbTypedEnumStringType& elements = entry.type->enumType();
+    std::vector<std::string> offered;
+    for (const std::string& name : elements.getEnumStrings()) {
+      EXPECT_EQ(nameOf(entry.name, static_cast<signed char>(ordinalOf(entry.name, name.c_str()))), name);
+      if (elements.getEnumVisibility(name.c_str()) == 0) offered.push_back(name);
+    }
+    std::vector<std::string> walked;
+    objsys::COSEnumerationRef values(entry.type->getPossibleValues());
+    while (values->hasMoreElements()) walked.emplace_back(elements.getEnumString(values->nextElement()));
+    EXPECT_EQ(walked, offered);
+    EXPECT_NE(elements.getEnumString(entry.type->getDefaultValue()), nullptr) << "the default is an element";
+    EXPECT_EQ(entry.type->getDefaultValue(), entry.type->getDefaultValue());
+  }
+  EXPECT_EQ(names.size(), 61u);
+}
+
+TEST_F(Enumerations, DefaultsAreTheCataloguesChoices) {
+  struct Case {
+    const char* type;
+    const char* name;
+  };
+  const Case cases[] = {{"FontWeight", "light"},     {"RenderEngineType", "painters"},   {"MarkerStyle", "none"},
+                        {"PrimMarkerStyle", "none"}, {"ColorbarCDataMapping", "scaled"}, {"Units", "inches"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.type);
+    const auto* type = objsys::COSTypeRepository::getType(("korvax.graphics.datatype." + std::string(c.type)).c_str());
+    ASSERT_NE(type, nullptr);
+    const COSValue text = textConversion(c.type).to(type->getDefaultValue());
+    EXPECT_STREQ(text.as<const char>(), c.name);
+    utFree(text.pointer());
+  }
+}
+
+TEST_F(Enumerations, PredicatesAndEqualityOfTheGeneratedClasses) {
+  EXPECT_TRUE(ActivePosition(1).isOuterposition());
+  EXPECT_FALSE(ActivePosition(1).isPosition());
+  EXPECT_TRUE(FontWeight(3).isBold());
+  EXPECT_TRUE(Units(5).isCharacters());
+  EXPECT_TRUE(LineStyle(3).isDashDot());
+  EXPECT_EQ(MarkerStyle(13), MarkerStyle(13));
+  EXPECT_FALSE(MarkerStyle(12) == MarkerStyle(13));
+}
+
+TEST_F(Enumerations, StyleEnumerationsMatchByTheSameRule) {
+  EXPECT_EQ(MeshAlphaStyle::fromName(" INTERP "), MeshAlphaStyle::interp);
+  EXPECT_EQ(MeshAlphaStyle::fromName("a"), MeshAlphaStyle::alpha) << "hidden, yet accepted";
+  EXPECT_EQ(MeshAlphaStyle::fromName("x"), std::nullopt);
+  EXPECT_EQ(MeshAlphaStyle::enumeration().offeredNames(),
+            (std::vector<std::string_view>{"flat", "interp", "texturemap"}));
+}
+
+}  // namespace
