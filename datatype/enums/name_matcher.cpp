@@ -20,12 +20,13 @@ void NameMatcher::refold(const std::ctype<char>& ctype) const {
 }
 
 std::optional<std::size_t> NameMatcher::find(std::string_view text) const {
+  // Comparing locales is a pointer comparison while the global locale stays the one folded for.
   const std::locale locale;
-  const auto& ctype = std::use_facet<std::ctype<char>>(locale);
-  if (foldedWith_ != &ctype) {
-    refold(ctype);
+  if (foldedWith_ == nullptr || !(locale == foldedLocale_)) {
+    refold(std::use_facet<std::ctype<char>>(locale));
     foldedLocale_ = locale;
   }
+  const std::ctype<char>& ctype = *foldedWith_;
   while (!text.empty() && ctype.is(std::ctype_base::space, text.front())) text.remove_prefix(1);
   while (!text.empty() && ctype.is(std::ctype_base::space, text.back())) text.remove_suffix(1);
   if (text.size() > longest_) return std::nullopt;  // longer than every name: neither equal nor a prefix
