@@ -13,10 +13,8 @@
 
 namespace zx {
 
-namespace {
-
 template <class T>
-void appendValue(std::string& out, T value) {
+void appendElementText(std::string& out, T value) {
   if constexpr (std::is_same_v<T, zxLogical>) {
     out += value ? '1' : '0';
   } else {
@@ -37,10 +35,26 @@ void appendValue(std::string& out, T value) {
   }
 }
 
+#define ORB_INSTANTIATE(T) template void appendElementText<T>(std::string&, T);
+ORB_INSTANTIATE(double)
+ORB_INSTANTIATE(float)
+ORB_INSTANTIATE(std::int8_t)
+ORB_INSTANTIATE(std::uint8_t)
+ORB_INSTANTIATE(std::int16_t)
+ORB_INSTANTIATE(std::uint16_t)
+ORB_INSTANTIATE(std::int32_t)
+ORB_INSTANTIATE(std::uint32_t)
+ORB_INSTANTIATE(std::int64_t)
+ORB_INSTANTIATE(std::uint64_t)
+ORB_INSTANTIATE(bool)
+#undef ORB_INSTANTIATE
+
+namespace {
+
 template <class T>
 void appendMatrix(std::string& out, const T* values, zxSize rows, zxSize cols) {
   if (rows == 1 && cols == 1) {
-    appendValue(out, values[0]);
+    appendElementText(out, values[0]);
     return;
   }
   out += '[';
@@ -48,7 +62,7 @@ void appendMatrix(std::string& out, const T* values, zxSize rows, zxSize cols) {
     if (row > 0) out += ';';
     for (zxSize col = 0; col < cols; ++col) {
       if (col > 0) out += ' ';
-      appendValue(out, values[row + col * rows]);
+      appendElementText(out, values[row + col * rows]);
     }
   }
   out += ']';

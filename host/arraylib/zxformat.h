@@ -20,4 +20,10 @@ namespace zx {
 // A null array gives "[]"; an empty char array gives the empty text.
 std::string canonicalText(const zxArray* array);
 
+// Appends one element as canonicalText writes it: the shortest text that reads back as the same
+// value of its class, NaN, Inf and -Inf, a logical as 0 or 1. Defined for every numeric element type
+// and bool.
+template <class T>
+void appendElementText(std::string& out, T value);
+
 }  // namespace zx

@@ -712,28 +712,6 @@ class Parser {
 
 // --- Writing ---
 
-template <class T>
-void appendNumber(std::string& out, T value) {
-  if constexpr (std::is_same_v<T, zxLogical>) {
-    out += value ? '1' : '0';
-  } else {
-    if constexpr (std::is_floating_point_v<T>) {
-      if (std::isnan(value)) {
-        out += "NaN";
-        return;
-      }
-      if (std::isinf(value)) {
-        out += value < 0 ? "-Inf" : "Inf";
-        return;
-      }
-    }
-    // Without a format, to_chars gives the shortest text that reads back as the same T.
-    char buffer[32];
-    const auto written = std::to_chars(buffer, buffer + sizeof buffer, value);
-    out.append(buffer, written.ptr);
-  }
-}
-
 void appendDimList(std::string& out, const zxArray* array) {
   const std::vector<zxSize> dims = dimsOf(array);
   for (std::size_t i = 0; i < dims.size(); ++i) {
@@ -795,7 +773,7 @@ void appendPart(std::string& out, const zxArray* array, const void* data) {
       const zxSize rows = zxGetM(array);
       const zxSize cols = zxGetN(array);
       if (count == 1) {
-        appendNumber(out, values[0]);
+        zx::appendElementText(out, values[0]);
         return;
       }
       out += '[';
@@ -803,7 +781,7 @@ void appendPart(std::string& out, const zxArray* array, const void* data) {
         if (r > 0) out += ';';
         for (zxSize c = 0; c < cols; ++c) {
           if (c > 0) out += ' ';
-          appendNumber(out, values[r + c * rows]);
+          zx::appendElementText(out, values[r + c * rows]);
         }
       }
       out += ']';
