@@ -1,0 +1,141 @@
+// The constrained numeric scalars: their checks, conversions and registration.
+#include "datatype/scalars/constrained_scalars.h"
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <sstream>
+
+#include "arraylib/zxarray.h"
+#include "datatype/conversion_support.h"
+#include "datatype/registration.h"
+#include "guilib/convert_from_string_utils.h"
+
+namespace graphics::datatype {
+namespace {
+
+constexpr const char* kOutsideValidRange = "Korvax:datatypes:valueOutsideValidRange";
+
+// Finite when the exponent bits of the high word are not all set.
+bool hasFiniteExponent(double value) {
+  constexpr std::uint32_t kExponentBits = 0x7ff00000;
+  const auto highWord = static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(value) >> 32);
+  return (highWord & kExponentBits) != kExponentBits;
+}
+
+bool passes(ScalarRule rule, double value) {
+  switch (rule) {
+    case ScalarRule::finite: return hasFiniteExponent(value);
+    case ScalarRule::notNaN: return !std::isnan(value);
+    case ScalarRule::aboveZero: return value > 0.0;
+    case ScalarRule::notNegative: return value >= 0.0;
+    case ScalarRule::finiteZeroToOne: return hasFiniteExponent(value) && value >= 0.0 && value <= 1.0;
+    case ScalarRule::whole: return value == std::round(value);
+  }
+  return false;
+}
+
+template <class T>
+[[noreturn]] void refuseArray() {
+  using Row = ScalarRow<T>;
+  if constexpr (ReportsWithText<T>) {
+    raiseWithText(Row::kNotScalar.id, Row::kNotScalar.text);
+  } else {
+    raise<typename Row::NotScalar>();
+  }
+}
+
+template <class T>
+[[noreturn]] void refuseText() {
+  using Row = ScalarRow<T>;
+  if constexpr (ReportsWithText<T>) {
+    raiseWithText(Row::kBadText.id, Row::kBadText.text);
+  } else {
+    raise<typename Row::BadText>();
+  }
+}
+
+}  // namespace
+
+template <class T>
+ConstrainedScalar<T>::ConstrainedScalar(double value) : value_(value) {
+  if constexpr (ReportsWithText<T>) {
+    if (isValid(value, nullptr)) return;
+    ErrorMessage failure;
+    isValid(value, &failure);
+    raiseWithText(failure.id.c_str(), failure.text);
+  } else {
+    boost::exception_ptr failure;
+    if (!isValid(value, failure)) zxReThrowException(failure);
+  }
+}
+
+template <class T>
+bool ConstrainedScalar<T>::isValid(double value, ErrorMessage* err) requires ReportsWithText<T> {
+  for (const TextCheck& check : ScalarRow<T>::kChecks) {
+    if (passes(check.rule, value)) continue;
+    if (err != nullptr) *err = {kOutsideValidRange, check.text};
+    return false;
+  }
+  return true;
+}
+
+template <class T>
+bool ConstrainedScalar<T>::isValid(double value, boost::exception_ptr& slot) requires(!ReportsWithText<T>) {
+  for (const SlotCheck& check : ScalarRow<T>::kChecks) {
+    if (passes(check.rule, value)) continue;
+    slot = check.exception();
+    return false;
+  }
+  return true;
+}
+
+template <class T>
+objsys::COSValue ScalarArrayConversion<T>::to(objsys::COSValue value) const {
+  // An empty slot reads back as the default, deliberately, never as an empty array.
+  const double number = value.isEmpty() ? ScalarRow<T>::kDefault : value.as<const T>()->getValue();
+  return objsys::COSValue(zxCreateDoubleScalar(number));
+}
+
+template <class T>
+objsys::COSValue ScalarArrayConversion<T>::from(objsys::COSValue value) const {
+  const auto* array = value.as<const zxArray>();
+  if (array == nullptr) return objsys::COSValue();
+  // The host's own numeric test: double, single and the integer classes, not logical or char.
+  if (!zxIsNumeric(array) || !zxIsScalar(array)) refuseArray<T>();
+  return newValueBlock<T>(zxGetScalar(array));
+}
+
+template <class T>
+objsys::COSValue ScalarTextConversion<T>::to(objsys::COSValue value) const {
+  if (value.isEmpty()) return objsys::COSValue();
+  std::ostringstream out;
+  out << value.as<const T>()->getValue();
+  return newTextValue(out.str());
+}
+
+template <class T>
+objsys::COSValue ScalarTextConversion<T>::from(objsys::COSValue value) const {
+  if (value.isEmpty()) return objsys::COSValue();
+  double number = 0.0;
+  try {
+    number = gui_objects::convert_from_string_utils::parse_double_scalar(value.as<const char>());
+  } catch (const gui_objects::convert_from_string_utils::ParseException&) {
+    refuseText<T>();
+  }
+  return newValueBlock<T>(number);
+}
+
+#define ORB_CONSTRAINED_SCALAR(Name)          \
+  template class ConstrainedScalar<Name>;     \
+  template class ScalarArrayConversion<Name>; \
+  template class ScalarTextConversion<Name>;
+#include "datatype/scalars/constrained_scalars.def"
+
+}  // namespace graphics::datatype
+
+// No Java conversion: the host has no Java bridge yet.
+#define ORB_CONSTRAINED_SCALAR(Name)                                                             \
+  ORB_QUEUE_REGISTRATION(Name, graphics::datatype::Name##DataType, graphics::datatype::Name##MC, \
+                         graphics::datatype::Name##SC, void)
+#include "datatype/scalars/constrained_scalars.def"
