@@ -43,15 +43,18 @@ std::optional<std::size_t> NameMatcher::find(std::string_view text) const {
   ctype.toupper(wanted, wanted + text.size());
   const std::string_view folded(wanted, text.size());
 
-  for (std::size_t i = 0; i < folded_.size(); ++i) {
-    if (folded_[i] == folded) return i;
-  }
+  // One pass: an exact name returns at once; abbreviations are only counted, since an exact name later
+  // in the list still wins over them.
   std::optional<std::size_t> match;
+  bool ambiguous = false;
   for (std::size_t i = 0; i < folded_.size(); ++i) {
-    if (!std::string_view(folded_[i]).starts_with(folded)) continue;
-    if (match) return std::nullopt;
-    match = i;
+    const std::string_view name = folded_[i];
+    if (name.size() < folded.size() || name.compare(0, folded.size(), folded) != 0) continue;
+    if (name.size() == folded.size()) return i;
+    ambiguous = ambiguous || match.has_value();
+    if (!match) match = i;
   }
+  if (ambiguous) return std::nullopt;
   return match;
 }
 
