@@ -1,0 +1,52 @@
+// The shaped array types generated from shaped_arrays.def: constructors, rows, acceptance and the
+// queueing of their registration.
+#include "datatype/arrays/shaped_arrays.h"
+
+#include "datatype/errors.h"
+#include "datatype/registration.h"
+
+namespace graphics::datatype {
+namespace {
+
+// A failure of one of a type's own identifiers (their catalog texts take no arguments).
+template <class Id>
+boost::exception_ptr ownFailure() {
+  return boost::copy_exception(fl::except::Exception<Id>());
+}
+
+}  // namespace
+
+#define ORB_SHAPED_ARRAY_VALUE_FAILURE_Range(T) &ownFailure<Korvax::orb::shaped_arrays::T##Range>
+#define ORB_SHAPED_ARRAY_VALUE_FAILURE_Predicate(T) &ownFailure<Korvax::orb::shaped_arrays::T##Predicate>
+#define ORB_SHAPED_ARRAY_VALUE_FAILURE_NoLeaf(T) nullptr
+// isValid tries the predicates in table order; the first that accepts wins.
+#define ORB_PREDICATE(name, shape, classes, rule) || name(array, failure)
+#define ORB_SHAPED_ARRAY(T, Checks, Empty, DefaultText, ParseClass, EmptyReadBack, ValueLeaf, Members) \
+  T::T(const zxArray* array) : ArrayBase(array) { shaped::requireValid(*this, array); }                \
+  const shaped::Row& T::row() {                                                                        \
+    static constexpr shaped::Row kRow = {#T,                                                           \
+                                         shaped::Checks,                                               \
+                                         shaped::Empty,                                                \
+                                         DefaultText,                                                  \
+                                         ParseClass,                                                   \
+                                         shaped::EmptyReadBack,                                        \
+                                         &ownFailure<Korvax::orb::shaped_arrays::T##Size>,             \
+                                         &ownFailure<Korvax::orb::shaped_arrays::T##Type>,             \
+                                         ORB_SHAPED_ARRAY_VALUE_FAILURE_##ValueLeaf(T)};               \
+    return kRow;                                                                                       \
+  }                                                                                                    \
+  bool T::isValid(const zxArray* array, boost::exception_ptr& failure) const {                         \
+    return shaped::acceptsAsEmpty(row(), array) Members;                                               \
+  }                                                                                                    \
+  unsigned T::getMaxNumberOfValuesToCompare() const { return shaped::kMaxNumberOfValuesToCompare; }
+#include "datatype/arrays/shaped_arrays.def"
+#undef ORB_SHAPED_ARRAY_VALUE_FAILURE_Range
+#undef ORB_SHAPED_ARRAY_VALUE_FAILURE_Predicate
+#undef ORB_SHAPED_ARRAY_VALUE_FAILURE_NoLeaf
+
+}  // namespace graphics::datatype
+
+// The Java conversion is left out (void) until the host has a Java bridge.
+#define ORB_SHAPED_ARRAY(T, ...) \
+  ORB_QUEUE_REGISTRATION(T, graphics::datatype::T##DataType, graphics::datatype::T##MC, graphics::datatype::T##SC, void)
+#include "datatype/arrays/shaped_arrays.def"

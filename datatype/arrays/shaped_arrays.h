@@ -1,0 +1,125 @@
+// The shaped array types (colormaps, alphamaps, patch, surface and primitive data, limits, ticks, text
+// position), generated from shaped_arrays.def. For each row T:
+//   T              the value, an ArrayBase accepted by T's predicates; its static predicates take an
+//                  array and a failure slot, its member predicates test the held array;
+//   TDataType      the data type, whose default is T's default text parsed by TSC;
+//   TMC, TSC       the array and string conversions;
+//   Korvax::orb::shaped_arrays::TSize, TType (and TRange or TPredicate)  T's own identifiers.
+// Constructing T from an array it refuses raises the failure of the last predicate tried.
+#pragma once
+
+#include <boost/exception_ptr.hpp>
+#include <cstddef>
+
+#include "arraylib/zxarray.h"
+#include "datatype/arrays/array_base.h"
+#include "datatype/arrays/shaped_array_rules.h"
+#include "datatype/data_type_base.h"
+#include "datatype/export.h"
+#include "datatype/value_block.h"
+#include "foundationlib/except.h"
+#include "objsys/cos_type_conversion.h"
+
+// Each type's own identifiers; the shared Complex, Sparse, NaN and Inf are in datatype/errors.def.
+#define ORB_SHAPED_ARRAY_LEAF_ID_Range(T) FL_DECLARE_MSG_ID(Korvax::orb::shaped_arrays, T##Range)
+#define ORB_SHAPED_ARRAY_LEAF_ID_Predicate(T) FL_DECLARE_MSG_ID(Korvax::orb::shaped_arrays, T##Predicate)
+#define ORB_SHAPED_ARRAY_LEAF_ID_NoLeaf(T)
+#define ORB_SHAPED_ARRAY(T, Checks, Empty, DefaultText, ParseClass, EmptyReadBack, ValueLeaf, Members) \
+  FL_DECLARE_MSG_ID(Korvax::orb::shaped_arrays, T##Size)                                               \
+  FL_DECLARE_MSG_ID(Korvax::orb::shaped_arrays, T##Type)                                               \
+  ORB_SHAPED_ARRAY_LEAF_ID_##ValueLeaf(T)
+#include "datatype/arrays/shaped_arrays.def"
+#undef ORB_SHAPED_ARRAY_LEAF_ID_Range
+#undef ORB_SHAPED_ARRAY_LEAF_ID_Predicate
+#undef ORB_SHAPED_ARRAY_LEAF_ID_NoLeaf
+
+namespace graphics::datatype {
+
+// The array conversion of a shaped type: arrays are validated by T's constructor and read back as
+// shared-data copies (or the type's canonical empty form).
+template <class T>
+class ORB_EXPORT ShapedArrayMC : public objsys::COSTypeConversion {
+ public:
+  objsys::COSValue to(objsys::COSValue value) const override {
+    return objsys::COSValue(shaped::arrayForValue(static_cast<const ArrayBase*>(value.as<const T>()), T::row()));
+  }
+  objsys::COSValue from(objsys::COSValue value) const override {
+    const auto* array = value.as<const zxArray>();
+    if (array == nullptr) return objsys::COSValue();
+    return newValueBlock<T>(array);
+  }
+};
+
+// The string conversion of a shaped type: bracketed matrix text in, the host's canonical text out.
+template <class T>
+class ORB_EXPORT ShapedArraySC : public objsys::COSTypeConversion {
+ public:
+  objsys::COSValue to(objsys::COSValue value) const override {
+    if (value.isEmpty()) return objsys::COSValue();
+    return objsys::COSValue(value.as<const T>()->convert_to_string());
+  }
+  objsys::COSValue from(objsys::COSValue value) const override {
+    const shaped::ParsedText parsed = shaped::parseText(value.as<const char>(), T::row());
+    if (!parsed.produced) return objsys::COSValue();
+    return parsed.array ? newValueBlock<T>(parsed.array.get()) : newValueBlock<T>();
+  }
+};
+
+template <class Derived, class T>
+class ORB_EXPORT ShapedArrayDataType : public BasicDataType<Derived, T> {
+ public:
+  // Deliberately smaller than the value block, which holds the whole value object.
+  static constexpr std::size_t kValueSizeInBytes = 4;
+  static T makeDefaultValue() { return T(); }
+
+  // The default text parsed by the type's own string conversion, once; later calls share it.
+  objsys::COSValue getDefaultValue() const override {
+    static objsys::COSValue cached;
+    if (cached.isEmpty()) cached = ShapedArraySC<T>().from(objsys::COSValue(T::row().defaultText));
+    return cached;
+  }
+};
+
+#define ORB_SHAPED_ARRAY_HAS_LEAF_Range true
+#define ORB_SHAPED_ARRAY_HAS_LEAF_Predicate true
+#define ORB_SHAPED_ARRAY_HAS_LEAF_NoLeaf false
+#define ORB_PREDICATE(name, Shape, Classes, Rule)                                                         \
+  static_assert(kHasValueLeaf || !shaped::reportsValueLeaf(shaped::Rule),                                 \
+                #name " reports a Range or Predicate identifier that its type lacks");                    \
+  static bool name(const zxArray* array, boost::exception_ptr& failure) {                                 \
+    return shaped::checkPredicate(row(), {shaped::Shape, shaped::Classes, shaped::Rule}, array, failure); \
+  }                                                                                                       \
+  bool name() const {                                                                                     \
+    boost::exception_ptr ignored;                                                                         \
+    return name(getPtr(), ignored);                                                                       \
+  }
+#define ORB_BUFFER_TEST(name, Rule)                               \
+  template <class E>                                              \
+  static bool name(const E* values, std::size_t count) {          \
+    return shaped::passesBufferRule(shaped::Rule, values, count); \
+  }
+#define ORB_SHAPED_ARRAY(T, Checks, Empty, DefaultText, ParseClass, EmptyReadBack, ValueLeaf, Members) \
+  class ORB_EXPORT T : public ArrayBase {                                                              \
+    static constexpr bool kHasValueLeaf = ORB_SHAPED_ARRAY_HAS_LEAF_##ValueLeaf;                       \
+                                                                                                       \
+   public:                                                                                             \
+    T() = default;                                                                                     \
+    explicit T(const zxArray* array);                                                                  \
+    static const shaped::Row& row();                                                                   \
+    bool isValid(const zxArray* array, boost::exception_ptr& failure) const override;                  \
+    unsigned getMaxNumberOfValuesToCompare() const override;                                           \
+    Members                                                                                            \
+  };                                                                                                   \
+  class ORB_EXPORT T##DataType final : public ShapedArrayDataType<T##DataType, T> {                    \
+   public:                                                                                             \
+    static constexpr const char* kName = #T;                                                           \
+    static constexpr const char* kClassName = #T "DataType";                                           \
+  };                                                                                                   \
+  class ORB_EXPORT T##MC final : public ShapedArrayMC<T> {};                                           \
+  class ORB_EXPORT T##SC final : public ShapedArraySC<T> {};
+#include "datatype/arrays/shaped_arrays.def"
+#undef ORB_SHAPED_ARRAY_HAS_LEAF_Range
+#undef ORB_SHAPED_ARRAY_HAS_LEAF_Predicate
+#undef ORB_SHAPED_ARRAY_HAS_LEAF_NoLeaf
+
+}  // namespace graphics::datatype
