@@ -129,8 +129,12 @@ std::size_t firstBreakingPair(const E* values, std::size_t count, Breaks breaks)
   if constexpr (std::is_floating_point_v<E>) {
     using Lanes = typename LanesOf<E>::type;
     constexpr std::size_t width = sizeof(Lanes) / sizeof(E);
-    for (; i + width <= pairs; i += width) {
-      if (anyLane(breaks(lanesAt<Lanes>(values + i), lanesAt<Lanes>(values + i + 1)))) break;
+    for (; i + 2 * width <= pairs; i += 2 * width) {
+      const Lanes first = lanesAt<Lanes>(values + i);
+      const Lanes middle = lanesAt<Lanes>(values + i + width);
+      const Lanes firstNext = lanesAt<Lanes>(values + i + 1);
+      const Lanes middleNext = lanesAt<Lanes>(values + i + width + 1);
+      if (anyLane(breaks(first, firstNext) | breaks(middle, middleNext))) break;
     }
   }
   for (; i < pairs; ++i) {
