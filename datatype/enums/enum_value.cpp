@@ -28,8 +28,10 @@ void EnumValueWarningMessage::throwWarning() const {
 EnumDataTypeBase::EnumDataTypeBase(const EnumTypeInfo& info)
     : info_(info), fullName_(std::string(kPackageName) + "." + info.name) {}
 
+// The one-byte block is written whole, so it comes from utMalloc: glibc serves small malloc calls from
+// its per-thread cache, while calloc always takes the slow path to zero a byte that is overwritten.
 objsys::COSValue EnumDataTypeBase::makeValue(signed char ordinal) {
-  auto* block = static_cast<signed char*>(utCalloc(1, 1));
+  auto* block = static_cast<signed char*>(utMalloc(1));
   if (block == nullptr) throw fl::except::bad_alloc();
   *block = ordinal;
   return objsys::COSValue(block);

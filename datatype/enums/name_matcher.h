@@ -2,6 +2,7 @@
 // locale, an exact name before a unique abbreviation.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <locale>
 #include <optional>
@@ -11,9 +12,10 @@
 
 namespace graphics::datatype {
 
-// Holds the names in order of addition and their case-folded forms. The folded forms are made for the
-// current locale and made again when the global locale changes, so matching stays exact under any
-// locale while costing one pass over the text for the common case.
+// Holds the names in order of addition and their case-folded forms. The folded forms, and the locale's
+// case mapping and white space for each byte, are taken from the current locale and taken again when
+// the global locale changes, so matching stays exact under any locale while a match costs one pass
+// over the text and the names.
 class NameMatcher {
  public:
   void add(std::string_view name);
@@ -27,12 +29,16 @@ class NameMatcher {
   std::optional<std::size_t> find(std::string_view text) const;
 
  private:
-  void refold(const std::ctype<char>& ctype) const;
+  void refold(const std::locale& locale) const;
 
   std::vector<std::string> names_;
   std::size_t longest_ = 0;
+  // The locale's case mapping and white space for every byte, and the names folded with it.
+  mutable std::array<char, 256> upper_{};
+  mutable std::array<bool, 256> space_{};
   mutable std::vector<std::string> folded_;
-  mutable const std::ctype<char>* foldedWith_ = nullptr;
+  mutable std::string firstFolded_;  // the first folded character of each name, side by side
+  mutable bool folded_valid_ = false;
   mutable std::locale foldedLocale_{std::locale::classic()};
 };
 
