@@ -1,6 +1,7 @@
 // Value blocks: one native value in a zero-filled C-heap block, held by a COSValue slot.
 #pragma once
 
+#include <cstring>
 #include <new>
 #include <utility>
 
@@ -10,12 +11,14 @@
 
 namespace graphics::datatype {
 
-// A new block holding T constructed from arguments; the out-of-memory error when it cannot be had.
+// A new zero-filled block holding T constructed from arguments; the out-of-memory error when it cannot be had.
 // If the constructor raises, the block is released and nothing is returned.
 template <class T, class... Args>
 objsys::COSValue newValueBlock(Args&&... arguments) {
-  void* block = utCalloc(1, sizeof(T));
+  // Zero-filled as calloc would give it; glibc serves malloc from its per-thread cache, calloc never.
+  void* block = utMalloc(sizeof(T));
   if (block == nullptr) throw fl::except::bad_alloc();
+  std::memset(block, 0, sizeof(T));
   try {
     ::new (block) T(std::forward<Args>(arguments)...);
   } catch (...) {

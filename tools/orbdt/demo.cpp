@@ -56,7 +56,7 @@ int runDemo(const HostSession& host, std::ostream& out) {
     out << std::left << std::setw(40) << assignment;
     if (response.exitStatus == 0) {
       const nlohmann::json& text = response.json["text"];
-      out << "stored  " << (text.is_string() ? text.get<std::string>() : std::string("(no text form)")) << "\n";
+      out << "stored  " << (text.is_string() ? text.get<std::string>() : response.valueLiteral) << "\n";
     } else {
       const nlohmann::json& error = response.json["error"];
       out << "refused " << error["id"].get<std::string>() << "\n"

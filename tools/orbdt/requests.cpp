@@ -139,6 +139,7 @@ Response stored(const TypeHandle& handle, COSValue value) {
   const TextReadBack text = readBackText(handle, value);
   response.json = {
       {"ok", true}, {"type", handle.fullName}, {"empty", value.isEmpty()}, {"value", array.value}, {"text", text.text}};
+  response.valueLiteral = array.literal;
   if (array.error) response.json["valueError"] = errorObject(array.error->id, array.error->message);
   if (text.error) response.json["textError"] = errorObject(text.error->id, text.error->message);
   response.json["warnings"] = warningList(response.text);

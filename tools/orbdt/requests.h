@@ -15,6 +15,8 @@ struct Response {
   nlohmann::json json;
   std::string text;
   int exitStatus = 0;
+  // For set and parse: the stored value read back as a host literal.
+  std::string valueLiteral;
 };
 
 // Runs one request object ({"op": ..., ...}) inside its own host call frame; never throws.
