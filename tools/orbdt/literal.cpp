@@ -807,17 +807,22 @@ void appendValues(std::string& out, const zxArray* array) {
   }
 }
 
-void appendText(std::string& out, const zxArray* array) {
-  if (zxIsEmpty(array)) {
-    if (isZeroByZero(array)) {
-      out += "''";
-    } else {
-      out += "reshape('',";
-      appendDimList(out, array);
-      out += ')';
-    }
-    return;
+// Writes an empty array as its 0-by-0 literal, or as the call that makes its shape; false when the
+// array is not empty.
+bool appendIfEmpty(std::string& out, const zxArray* array, const char* zeroByZero, const char* shapedCall) {
+  if (!zxIsEmpty(array)) return false;
+  if (isZeroByZero(array)) {
+    out += zeroByZero;
+  } else {
+    out += shapedCall;
+    appendDimList(out, array);
+    out += ')';
   }
+  return true;
+}
+
+void appendText(std::string& out, const zxArray* array) {
+  if (appendIfEmpty(out, array, "''", "reshape('',")) return;
   appendShaped(out, array, [&] {
     const zxSize rows = zxGetM(array);
     const zxSize cols = zxGetN(array);
@@ -835,16 +840,7 @@ void appendText(std::string& out, const zxArray* array) {
 }
 
 void appendCell(std::string& out, const zxArray* array) {
-  if (zxIsEmpty(array)) {
-    if (isZeroByZero(array)) {
-      out += "{}";
-    } else {
-      out += "cell(";
-      appendDimList(out, array);
-      out += ')';
-    }
-    return;
-  }
+  if (appendIfEmpty(out, array, "{}", "cell(")) return;
   appendShaped(out, array, [&] {
     const zxSize rows = zxGetM(array);
     const zxSize cols = zxGetN(array);
