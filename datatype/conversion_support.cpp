@@ -1,6 +1,7 @@
 // What the array and string conversions of every type share.
 #include "datatype/conversion_support.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "foundationlib/except.h"
@@ -12,6 +13,13 @@ namespace graphics::datatype {
 double readScalarAsDouble(const zxArray* array) { return gui_objects::readElementAsDouble(array, 0); }
 
 ArrayText textOfCharArray(const zxArray* array) { return ArrayText(zxArrayToString(array)); }
+
+bool holdsNul(const zxArray* charArray) {
+  const zxChar* chars = zxGetChars(charArray);
+  if (chars == nullptr) return false;
+  const zxChar* end = chars + zxGetNumberOfElements(charArray);
+  return std::find(chars, end, u'\0') != end;
+}
 
 objsys::COSValue newTextValue(std::string_view text) {
   auto* copy = static_cast<char*>(utMalloc(text.size() + 1));

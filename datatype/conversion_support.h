@@ -20,6 +20,8 @@ struct ZxFreeDeleter {
 };
 using ArrayText = std::unique_ptr<char, ZxFreeDeleter>;
 ArrayText textOfCharArray(const zxArray* array);
+// Whether a char array holds a NUL character, which would end its text early.
+bool holdsNul(const zxArray* charArray);
 
 // A slot holding a new C-heap copy of text (the caller frees it with utFree); out of memory raises.
 objsys::COSValue newTextValue(std::string_view text);

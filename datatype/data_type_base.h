@@ -11,7 +11,6 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
 
 #include "datatype/export.h"
 #include "datatype/value_block.h"
@@ -23,21 +22,19 @@ inline constexpr const char* kPackageName = "korvax.graphics.datatype";
 
 // Derived names the type and supplies its default; Value is the value class held in each block and
 // compared with its operator==.
+//
+// The singleton, its full name and its cached default are defined out of line, in the library only
+// (data_type_definitions.h): a program that includes this header reaches the library's objects and
+// never makes copies of its own.
 template <class Derived, class Value>
-class BasicDataType : public objsys::COSDataType {
+class ORB_EXPORT BasicDataType : public objsys::COSDataType {
  public:
   using ValueType = Value;
 
   // The process-wide singleton, created on first use and never deleted (the class system keeps it).
-  static Derived* getType() {
-    static Derived* const instance = new (std::nothrow) Derived();
-    return instance;
-  }
+  static Derived* getType();
   // "korvax.graphics.datatype.<name>"
-  static const char* getDataTypeName() {
-    static const std::string fullName = std::string(kPackageName) + "." + Derived::kName;
-    return fullName.c_str();
-  }
+  static const char* getDataTypeName();
   // A new C-heap string holding the class name; the caller frees it with utFree.
   static char* getClassName() { return utStrdup(Derived::kClassName); }
 
@@ -65,11 +62,7 @@ class BasicDataType : public objsys::COSDataType {
   }
 
   // Made on the first call and shared afterwards; a failed allocation is retried on the next call.
-  objsys::COSValue getDefaultValue() const override {
-    static objsys::COSValue cached;
-    if (cached.isEmpty()) cached = newValueBlock<Value>(Derived::makeDefaultValue());
-    return cached;
-  }
+  objsys::COSValue getDefaultValue() const override;
 
  protected:
   BasicDataType() = default;

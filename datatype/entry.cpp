@@ -25,7 +25,7 @@ constexpr FunctionTable kFunctionTable = {0, nullptr};
 
 }  // namespace
 
-const char* const orbdatatypes_version = "1.0.0.1";
+const char* const orbdatatypes_version = ORB_VERSION;
 const char* const orbdatatypes_build_date = __DATE__;
 
 void KXInitialize_orbdatatypes(const char* libraryToLoad) {

@@ -163,17 +163,6 @@ Failure firstNonFinite(const E* values, std::size_t count) {
   return Failure::none;
 }
 
-// Infinities lie outside [-1, 1]; a NaN passes the range and is reported as NaN.
-template <class E>
-Failure firstOutsideUnitNormal(const E* values, std::size_t count) {
-  const std::size_t at = firstBreaking(values, count, [](auto x) {
-    using T = CompareAs<decltype(x)>;
-    return (x < T(-1)) | (x > T(1)) | isNaNOf(x);
-  });
-  if (at == count) return Failure::none;
-  return isNaNOf(values[at]) ? Failure::notANumber : Failure::valueLeaf;
-}
-
 template <class E>
 Failure pairInOrder(const E* values, std::size_t count, bool finiteEnds) {
   if (count != 2) return Failure::valueLeaf;
@@ -199,7 +188,13 @@ Failure firstFailure(ValueRule rule, const E* values, std::size_t count) {
         return (x < T(0)) | (x > T(1)) | isNaNOf(x);
       });
     case finite: return firstNonFinite(values, count);
-    case unitNormal: return firstOutsideUnitNormal(values, count);
+    // The range is tested over every element first, so NaN and infinities report the value identifier,
+    // never NaN or Inf: no element outside [-1, 1] is left for the finite test.
+    case unitNormal:
+      return valueLeafWhere(values, count, [](auto x) {
+        using T = CompareAs<decltype(x)>;
+        return (x < T(-1)) | (x > T(1)) | isNaNOf(x);
+      });
     case atLeastOneSkippingNaN:
       return valueLeafWhere(values, count, [](auto x) { return x < CompareAs<decltype(x)>(1); });
     case nonZero: return valueLeafWhere(values, count, [](auto x) { return x == CompareAs<decltype(x)>(0); });

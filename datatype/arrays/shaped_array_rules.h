@@ -67,7 +67,7 @@ enum ValueRule : std::uint8_t {
   unitIntervalSkippingNaN,  // every element but NaN in [0, 1]; else the type's value identifier
   unitInterval,             // every element in [0, 1] (NaN is not)
   finite,                   // no NaN ("...:NaN") and no infinity ("...:Inf")
-  unitNormal,               // every element in [-1, 1], else the value identifier; then no NaN
+  unitNormal,               // every element in [-1, 1] (NaN is not), else the value identifier
   atLeastOneSkippingNaN,    // every element but NaN at least 1 (NaN marks a gap)
   nonZero,                  // no element 0
   equalOrIncreasing,        // no element less than the one before

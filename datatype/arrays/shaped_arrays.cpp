@@ -2,6 +2,7 @@
 // queueing of their registration.
 #include "datatype/arrays/shaped_arrays.h"
 
+#include "datatype/data_type_definitions.h"
 #include "datatype/errors.h"
 #include "datatype/registration.h"
 
@@ -15,6 +16,13 @@ boost::exception_ptr ownFailure() {
 }
 
 }  // namespace
+
+template <class Derived, class T>
+objsys::COSValue ShapedArrayDataType<Derived, T>::getDefaultValue() const {
+  static objsys::COSValue cached;
+  if (cached.isEmpty()) cached = ShapedArraySC<T>().from(objsys::COSValue(T::row().defaultText));
+  return cached;
+}
 
 #define ORB_SHAPED_ARRAY_VALUE_FAILURE_Range(T) &ownFailure<Korvax::orb::shaped_arrays::T##Range>
 #define ORB_SHAPED_ARRAY_VALUE_FAILURE_Predicate(T) &ownFailure<Korvax::orb::shaped_arrays::T##Predicate>
@@ -47,6 +55,8 @@ boost::exception_ptr ownFailure() {
 }  // namespace graphics::datatype
 
 // The Java conversion is left out (void) until the host has a Java bridge.
-#define ORB_SHAPED_ARRAY(T, ...) \
+#define ORB_SHAPED_ARRAY(T, ...)                                                                                  \
+  template class graphics::datatype::ShapedArrayDataType<graphics::datatype::T##DataType, graphics::datatype::T>; \
+  ORB_DEFINE_DATA_TYPE(graphics::datatype::T##DataType)                                                           \
   ORB_QUEUE_REGISTRATION(T, graphics::datatype::T##DataType, graphics::datatype::T##MC, graphics::datatype::T##SC, void)
 #include "datatype/arrays/shaped_arrays.def"

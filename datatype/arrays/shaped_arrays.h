@@ -72,12 +72,9 @@ class ORB_EXPORT ShapedArrayDataType : public BasicDataType<Derived, T> {
   static constexpr std::size_t kValueSizeInBytes = 4;
   static T makeDefaultValue() { return T(); }
 
-  // The default text parsed by the type's own string conversion, once; later calls share it.
-  objsys::COSValue getDefaultValue() const override {
-    static objsys::COSValue cached;
-    if (cached.isEmpty()) cached = ShapedArraySC<T>().from(objsys::COSValue(T::row().defaultText));
-    return cached;
-  }
+  // The default text parsed by the type's own string conversion, once; later calls share it. Defined
+  // in the library only, so the cache is one per process.
+  objsys::COSValue getDefaultValue() const override;
 };
 
 #define ORB_SHAPED_ARRAY_HAS_LEAF_Range true

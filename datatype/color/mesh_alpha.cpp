@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "datatype/conversion_support.h"
+#include "datatype/data_type_definitions.h"
 #include "datatype/errors.h"
 #include "datatype/possible_values.h"
 #include "datatype/registration.h"
@@ -93,6 +94,9 @@ objsys::COSValue MeshAlphaMC::from(objsys::COSValue value) const {
   const auto* array = value.as<const zxArray>();
   if (array == nullptr) return objsys::COSValue();
   if (zxIsChar(array)) {
+    // Any char array is read as the host's text of it, in storage order, deliberately. Only a NUL,
+    // which would cut the text short, is refused.
+    if (holdsNul(array)) raise<Korvax::orb::dt_conv::Matrix_to_Real::ExpectedNumeric1>();
     const ArrayText text = textOfCharArray(array);
     return newValueBlock<MeshAlpha>(MeshAlpha::fromText(text.get()));
   }
@@ -122,5 +126,6 @@ objsys::COSValue MeshAlphaSC::from(objsys::COSValue text) const {
 
 }  // namespace graphics::datatype
 
+ORB_DEFINE_DATA_TYPE(graphics::datatype::MeshAlphaDataType)
 ORB_QUEUE_REGISTRATION(MeshAlpha, graphics::datatype::MeshAlphaDataType, graphics::datatype::MeshAlphaMC,
                        graphics::datatype::MeshAlphaSC)

@@ -8,6 +8,7 @@
 #include "datatype/conversion_support.h"
 #include "datatype/data_type_base.h"
 #include "foundationlib/except.h"
+#include "foundationlib/i18n/unicode.h"
 #include "utillib/ut.h"
 
 namespace graphics::datatype {
@@ -90,6 +91,20 @@ objsys::COSValue valueNamed(EnumDataTypeBase& type, const char* name, bool warn)
   return type.copy(elements.elements().elementValue(index, warn));
 }
 
+// The text of a char array as a message shows it, each NUL written as \0.
+std::string textWithVisibleNuls(const zxArray* array) {
+  const zxChar* chars = zxGetChars(array);
+  std::u16string shown;
+  for (zxSize i = 0; i < zxGetNumberOfElements(array); ++i) {
+    if (chars[i] == u'\0') {
+      shown += u"\\0";
+    } else {
+      shown += chars[i];
+    }
+  }
+  return fl::i18n::utf16ToUtf8(shown);
+}
+
 }  // namespace
 
 objsys::COSValue EnumArrayConversion::to(objsys::COSValue value) const {
@@ -103,6 +118,10 @@ objsys::COSValue EnumArrayConversion::from(objsys::COSValue value) const {
   const OrbTypedEnumStringType& elements = type_->enumType();
   if (!zxIsChar(array)) errorForInvalidEnumValueFor(elements);
   if (zxIsEmpty(array)) errorForInvalidValue(elements);
+  // A name is one row of characters: a char matrix or N-D text is refused, not read column by column.
+  if (zxGetM(array) != 1 || zxGetNumberOfDimensions(array) > 2) errorForInvalidEnumValueFor(elements);
+  // A NUL would cut the name short and select an element by what precedes it; such text names nothing.
+  if (holdsNul(array)) errorForInvalidEnumValue(textWithVisibleNuls(array).c_str(), elements);
   const std::string text = getStringFromZxArray(array);
   return valueNamed(*type_, text.c_str(), true);
 }

@@ -92,13 +92,11 @@ class ORB_EXPORT EnumStringConversion : public objsys::COSTypeConversion {
 };
 
 // E provides kName, info() (its EnumTypeInfo) and derives from EnumBase.
+// The singleton is defined out of line, in the library only (data_type_definitions.h).
 template <class E>
-class EnumValueDataType final : public EnumDataTypeBase {
+class ORB_EXPORT EnumValueDataType final : public EnumDataTypeBase {
  public:
-  static EnumValueDataType* getType() {
-    static EnumValueDataType* const instance = new (std::nothrow) EnumValueDataType();
-    return instance;
-  }
+  static EnumValueDataType* getType();
   static const char* getDataTypeName() { return getType()->EnumDataTypeBase::getDataTypeName(); }
 
  private:
@@ -106,13 +104,13 @@ class EnumValueDataType final : public EnumDataTypeBase {
 };
 
 template <class E>
-class EnumValueMC final : public EnumArrayConversion {
+class ORB_EXPORT EnumValueMC final : public EnumArrayConversion {
  public:
   EnumValueMC() : EnumArrayConversion(EnumValueDataType<E>::getType()) {}
 };
 
 template <class E>
-class EnumValueSC final : public EnumStringConversion {
+class ORB_EXPORT EnumValueSC final : public EnumStringConversion {
  public:
   EnumValueSC() : EnumStringConversion(EnumValueDataType<E>::getType()) {}
 };

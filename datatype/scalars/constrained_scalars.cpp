@@ -4,10 +4,11 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <sstream>
 
 #include "arraylib/zxarray.h"
+#include "arraylib/zxformat.h"
 #include "datatype/conversion_support.h"
+#include "datatype/data_type_definitions.h"
 #include "datatype/registration.h"
 #include "guilib/convert_from_string_utils.h"
 
@@ -109,9 +110,10 @@ objsys::COSValue ScalarArrayConversion<T>::from(objsys::COSValue value) const {
 template <class T>
 objsys::COSValue ScalarTextConversion<T>::to(objsys::COSValue value) const {
   if (value.isEmpty()) return objsys::COSValue();
-  std::ostringstream out;
-  out << value.as<const T>()->getValue();
-  return newTextValue(out.str());
+  // The shortest text that reads back as the same number ("0.1", "1e+300", "Inf").
+  std::string text;
+  zx::appendElementText(text, value.as<const T>()->getValue());
+  return newTextValue(text);
 }
 
 template <class T>
@@ -136,6 +138,7 @@ objsys::COSValue ScalarTextConversion<T>::from(objsys::COSValue value) const {
 
 // No Java conversion: the host has no Java bridge yet.
 #define ORB_CONSTRAINED_SCALAR(Name)                                                             \
+  ORB_DEFINE_DATA_TYPE(graphics::datatype::Name##DataType)                                       \
   ORB_QUEUE_REGISTRATION(Name, graphics::datatype::Name##DataType, graphics::datatype::Name##MC, \
                          graphics::datatype::Name##SC, void)
 #include "datatype/scalars/constrained_scalars.def"

@@ -6,6 +6,7 @@
 
 #include "arraylib/zxerror.h"
 #include "datatype/errors.h"
+#include "datatype/data_type_definitions.h"
 #include "datatype/registration.h"
 #include "datatype/value_block.h"
 #include "foundationlib/i18n/unicode.h"
@@ -151,5 +152,6 @@ objsys::COSValue TextStringSC::from(objsys::COSValue text) const {
 
 }  // namespace graphics::datatype
 
+ORB_DEFINE_DATA_TYPE(graphics::datatype::TextStringDataType)
 ORB_QUEUE_REGISTRATION(TextString, graphics::datatype::TextStringDataType, graphics::datatype::TextStringMC,
                        graphics::datatype::TextStringSC)

@@ -95,7 +95,10 @@ TEST_F(ShapedArrays, AcceptanceAndTheIdentifierOfTheLastFailure) {
       {"PrimitiveVertexData", "single([0; 0; NaN])", "NaN"},
       {"PrimitiveVertexData", "single([0 1 2 3 4; 0 1 2 3 4; 0 1 2 3 -Inf])", "Inf"},
       {"PrimitiveNormalsData", "single([0; 0; Inf])", "PrimitiveNormalsDataRange"},
-      {"PrimitiveNormalsData", "single([0; NaN; 2])", "NaN"},
+      // The range over the elements comes before the finite test, so NaN is out of range too.
+      {"PrimitiveNormalsData", "single([NaN; 0; 2])", "PrimitiveNormalsDataRange"},
+      {"PrimitiveNormalsData", "single([0 0; NaN 0; 1 -1])", "PrimitiveNormalsDataRange"},
+      {"PrimitiveNormalsData", "single([0 0; 0.5 0; 1 -1])", nullptr},
       {"PrimitiveVertexIndices", "uint32([1 0 2])", "PrimitiveVertexIndicesRange"},
       {"PrimitiveVertexIndices", "[1 2 3]", "PrimitiveVertexIndicesType"},
       {"CompositeColorData", "zeros(2,2,4)", "CompositeColorDataSize"},

@@ -89,6 +89,7 @@ TEST_F(MeshAlphaConversions, RefusedArraysRaiseTheirIdentifiers) {
       {"neither mode nor number", zxCreateString("opaque"), kNotANumber},
       {"number with trailing text", zxCreateString("0.5 px"), kNotANumber},
       {"empty text", zxCreateString(""), kNotANumber},
+      {"number cut short by a NUL", zxCreateStringFromUTF16(u"0.5\0x", 5), kNotANumber},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);

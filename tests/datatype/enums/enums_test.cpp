@@ -7,6 +7,7 @@
 #include "../support.h"
 #include "arraylib/zxarray.h"
 #include "datatype/color/mesh_alpha.h"
+#include "datatype/data_type_definitions.h"
 #include "datatype/enums/enum_types.h"
 #include "utillib/ut.h"
 
@@ -22,6 +23,7 @@ class WarningTestEnum : public EnumBase {
   }
 };
 }  // namespace graphics::datatype
+ORB_DEFINE_ENUM_DATA_TYPE(graphics::datatype::WarningTestEnum)
 
 namespace {
 
@@ -151,6 +153,7 @@ TEST_F(Enumerations, RefusalsCarryTheListOfValidValues) {
     const char* id;
     const char* message;
   };
+  constexpr const char* kColumnsSpellPosition[] = {"psto", "oiin"};
   const Case cases[] = {
       {"unknown text", zxCreateString("middle"), "Korvax:datatypes:InvalidEnumValue",
        "'middle' is not a valid value. Use one of these values: 'position' | 'outerposition'."},
@@ -158,6 +161,11 @@ TEST_F(Enumerations, RefusalsCarryTheListOfValidValues) {
        "Value must be a character vector. Use one of these values: 'position' | 'outerposition'."},
       {"empty text", zxCreateString(""), "Korvax:datatypes:InvalidValue",
        "Value must be one of these values: 'position' | 'outerposition'."},
+      // Read column by column these would spell "position"; a name is one row of characters.
+      {"char matrix", zxCreateCharMatrixFromStrings(2, kColumnsSpellPosition), "Korvax:datatypes:InvalidEnumValueFor",
+       "Value must be a character vector. Use one of these values: 'position' | 'outerposition'."},
+      {"text with a NUL", zxCreateStringFromUTF16(u"outer\0junk", 10), "Korvax:datatypes:InvalidEnumValue",
+       "'outer\\0junk' is not a valid value. Use one of these values: 'position' | 'outerposition'."},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);

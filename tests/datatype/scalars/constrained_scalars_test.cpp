@@ -164,11 +164,31 @@ TEST_F(ConstrainedScalars, TextIsOneNumberAndAnythingElseIsTheTypesBadTextIdenti
   expectFromText({"Positive", 0, kRange, kAbove0}, "0");  // a range fault keeps its own identifier
   expectFromText({"ZeroToOne", 0.5, nullptr, nullptr}, "[0.5]");
   expectFromText({"NoNaN", -kInf, nullptr, nullptr}, "-Inf");
-  const COSValue quarter = texts("ZeroToOne").from(COSValue("0.25"));
-  const COSValue text = texts("ZeroToOne").to(quarter);
-  EXPECT_STREQ(text.as<const char>(), "0.25");
-  utFree(text.pointer());
-  ZeroToOneDataType::getType()->destroy(quarter);
+}
+
+// The text form is the shortest that reads back as the same number, however many digits that takes.
+TEST_F(ConstrainedScalars, TextsReadBackAsTheSameNumber) {
+  struct Case {
+    const char* type;
+    const char* in;
+    const char* out;
+  };
+  constexpr Case kCases[] = {
+      {"ZeroToOne", "0.25", "0.25"},   {"ZeroToOne", "0.123456789012345", "0.123456789012345"},
+      {"Positive", "1e300", "1e+300"}, {"PositiveInteger", "[123456789]", "123456789"},
+      {"NoNaN", "-Inf", "-Inf"},       {"LightingStrength", "0.1", "0.1"},
+  };
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(std::string(c.type) + " " + c.in);
+    const COSValue value = texts(c.type).from(COSValue(c.in));
+    const COSValue text = texts(c.type).to(value);
+    EXPECT_STREQ(text.as<const char>(), c.out);
+    const COSValue again = texts(c.type).from(text);
+    EXPECT_EQ(*again.as<const double>(), *value.as<const double>());
+    utFree(text.pointer());
+    utFree(again.pointer());
+    utFree(value.pointer());
+  }
 }
 
 TEST_F(ConstrainedScalars, EmptySlotsReadBackAsTheDefault) {

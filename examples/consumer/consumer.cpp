@@ -1,0 +1,75 @@
+// A host's view of the installed library: it starts the library, then asks for data types both by
+// class (the headers' getType()) and by name (the class system's repository), and checks that it
+// sees one object per type, one cached default and one name table, whichever way it asks.
+#include <cstdio>
+#include <cstring>
+
+#include "datatype/arrays/shaped_arrays.h"
+#include "datatype/color/mesh_alpha.h"
+#include "datatype/enums/enum_types.h"
+#include "datatype/library.h"
+#include "datatype/scalars/constrained_scalars.h"
+#include "datatype/text/text_string.h"
+#include "objsys/builtin_types.h"
+#include "objsys/cos_type_conversion.h"
+
+namespace {
+
+using namespace graphics::datatype;
+
+int failures = 0;
+
+void check(bool holds, const char* what) {
+  std::printf("%s %s\n", holds ? "ok  " : "FAIL", what);
+  if (!holds) ++failures;
+}
+
+objsys::COSDataType* registered(const char* fullName) { return objsys::COSTypeRepository::getType(fullName); }
+
+// The registered object is the header's singleton, its default is one block, and the class system's
+// conversion makes values that the singleton compares.
+template <class DataType>
+void checkFamily(const char* label, const char* text) {
+  DataType* byClass = DataType::getType();
+  objsys::COSDataType* byName = registered(DataType::getDataTypeName());
+  std::printf("-- %s (%s)\n", label, DataType::getDataTypeName());
+  check(byClass != nullptr && byClass == byName, "getType() is the registered data type");
+  check(dynamic_cast<DataType*>(byName) == byClass, "the registered object has the header's class");
+  check(byClass->getDefaultValue().pointer() == byName->getDefaultValue().pointer(),
+        "one cached default, whichever way it is asked for");
+  const objsys::COSTypeConversion* texts =
+      objsys::COSTypeRepository::getConversion("asciiString", DataType::getDataTypeName());
+  check(texts != nullptr, "its text conversion is registered");
+  if (texts == nullptr) return;
+  const objsys::COSValue a = texts->from(objsys::COSValue(text));
+  const objsys::COSValue b = texts->from(objsys::COSValue(text));
+  check(byClass->isEqual(a, b), "values made by name compare equal through the class");
+  byClass->destroy(a);
+  byName->destroy(b);
+}
+
+}  // namespace
+
+int main() {
+  objsys::registerBuiltinTypes();
+  KXInitialize_orbdatatypes(nullptr);
+  std::printf("orbdatatypes %s\n", orbdatatypes_version);
+
+  checkFamily<PositiveDataType>("constrained scalar", "2.5");
+  checkFamily<EnumValueDataType<ActivePosition>>("enumeration", "outer");
+  checkFamily<ColorMapDataType>("shaped array", "[0 0 1; 1 1 0]");
+  checkFamily<TextStringDataType>("text", "title");
+  checkFamily<MeshAlphaDataType>("color", "interp");
+
+  std::printf("-- name tables\n");
+  auto* positions = dynamic_cast<EnumDataTypeBase*>(registered("korvax.graphics.datatype.ActivePosition"));
+  check(positions != nullptr && &positions->enumType() == &EnumValueDataType<ActivePosition>::getType()->enumType(),
+        "one enumeration name table per type");
+  check(&MeshAlphaStyle::enumeration() == &MeshAlphaStyle::enumeration() &&
+            std::strcmp(MeshAlphaStyle::nameOf(MeshAlphaStyle::interp), "interp") == 0,
+        "style names come from the library's table");
+
+  KXTerminate_orbdatatypes();
+  std::printf("%s\n", failures == 0 ? "all checks passed" : "some checks FAILED");
+  return failures == 0 ? 0 : 1;
+}
