@@ -6,6 +6,7 @@
 #include <new>
 #include <string>
 
+#include "datatype/conversion_definitions.h"
 #include "datatype/data_type_base.h"
 #include "datatype/enums/enum_value.h"
 
@@ -40,5 +41,7 @@ EnumValueDataType<E>* EnumValueDataType<E>::getType() {
 
 // Instantiates the data type's out-of-line members in this source, exported from the library.
 #define ORB_DEFINE_DATA_TYPE(DataType) template class graphics::datatype::BasicDataType<DataType, DataType::ValueType>;
-// The same for an enumerated property type E.
-#define ORB_DEFINE_ENUM_DATA_TYPE(E) template class graphics::datatype::EnumValueDataType<E>;
+// The same for an enumerated property type E, with its conversions.
+#define ORB_DEFINE_ENUM_DATA_TYPE(E)                       \
+  template class graphics::datatype::EnumValueDataType<E>; \
+  ORB_DEFINE_CONVERSIONS(graphics::datatype::EnumRules<E>)

@@ -1,24 +1,26 @@
-// Value blocks: one native value in a zero-filled C-heap block, held by a COSValue slot.
+// Value blocks: one native value in a zero-filled C-heap block, held by a COSValue slot. Every block
+// of the library, whatever its type, comes from allocateValueBlock and goes back through utFree.
 #pragma once
 
-#include <cstring>
+#include <cstddef>
 #include <new>
 #include <utility>
 
-#include "foundationlib/except.h"
+#include "datatype/export.h"
 #include "objsys/cos_value.h"
 #include "utillib/ut.h"
 
 namespace graphics::datatype {
 
-// A new zero-filled block holding T constructed from arguments; the out-of-memory error when it cannot be had.
-// If the constructor raises, the block is released and nothing is returned.
+// A zero-filled C-heap block of size bytes, released with utFree; the foundation library's bad_alloc
+// when it cannot be had.
+ORB_EXPORT void* allocateValueBlock(std::size_t size);
+
+// A new block holding T constructed from arguments. If the constructor raises, the block is released
+// and nothing is returned.
 template <class T, class... Args>
 objsys::COSValue newValueBlock(Args&&... arguments) {
-  // Zero-filled as calloc would give it; glibc serves malloc from its per-thread cache, calloc never.
-  void* block = utMalloc(sizeof(T));
-  if (block == nullptr) throw fl::except::bad_alloc();
-  std::memset(block, 0, sizeof(T));
+  void* block = allocateValueBlock(sizeof(T));
   try {
     ::new (block) T(std::forward<Args>(arguments)...);
   } catch (...) {

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "arraylib/zxdispatch.h"
+#include "datatype/value_block.h"
 #include "foundationlib/except.h"
 #include "objsys/cos_type_conversion.h"
 #include "utillib/ut.h"
@@ -91,6 +92,8 @@ ArrayBase::ArrayBase(const zxArray* array) : array_(keptCopy(array)) {}
 
 ArrayBase::ArrayBase(const ArrayBase& other) : array_(keptCopy(other.array_)) {}
 
+ArrayBase::ArrayBase(ArrayBase&& other) noexcept : array_(std::exchange(other.array_, nullptr)) {}
+
 ArrayBase& ArrayBase::operator=(const ArrayBase& other) {
   zxArray* copy = keptCopy(other.array_);
   zxDestroyArray(array_);
@@ -141,11 +144,7 @@ char* ArrayBase::convert_to_string() const {
 
 void ArrayBase::swap(ArrayBase& other) noexcept { std::swap(array_, other.array_); }
 
-void* ArrayBase::operator new(std::size_t size) {
-  void* block = std::calloc(1, size);
-  if (block == nullptr) throw fl::except::bad_alloc();
-  return block;
-}
+void* ArrayBase::operator new(std::size_t size) { return allocateValueBlock(size); }
 
 void* ArrayBase::operator new[](std::size_t size) { return operator new(size); }
 

@@ -41,6 +41,8 @@ class ORB_EXPORT ArrayBase {
   // A null array gives an object that holds nothing. Nothing is validated here.
   explicit ArrayBase(const zxArray* array);
   ArrayBase(const ArrayBase& other);
+  // Takes the held array over; other holds nothing afterwards.
+  ArrayBase(ArrayBase&& other) noexcept;
   // Copies first and then drops the held array, so self-assignment is safe.
   ArrayBase& operator=(const ArrayBase& other);
   virtual ~ArrayBase();
@@ -110,6 +112,7 @@ class ORB_EXPORT MinMaxArrayBase : public ArrayBase {
   MinMaxArrayBase() = default;
   explicit MinMaxArrayBase(const zxArray* array) : ArrayBase(array) {}
   MinMaxArrayBase(const MinMaxArrayBase& other) = default;
+  MinMaxArrayBase(MinMaxArrayBase&& other) noexcept = default;
   MinMaxArrayBase& operator=(const MinMaxArrayBase& other) = default;
 
   // The extremes, scanning first unless the cache already answers this kind of query.

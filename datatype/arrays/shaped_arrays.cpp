@@ -1,10 +1,14 @@
-// The shaped array types generated from shaped_arrays.def: constructors, rows, acceptance and the
-// queueing of their registration.
+// The shaped array types generated from shaped_arrays.def: constructors, rows, acceptance and
+// conversion rules.
 #include "datatype/arrays/shaped_arrays.h"
 
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "datatype/conversion_definitions.h"
 #include "datatype/data_type_definitions.h"
 #include "datatype/errors.h"
-#include "datatype/registration.h"
 
 namespace graphics::datatype {
 namespace {
@@ -17,10 +21,31 @@ boost::exception_ptr ownFailure() {
 
 }  // namespace
 
+template <class T>
+struct ShapedArrayRules {
+  using Value = T;
+
+  static T fromArray(const zxArray& array) { return T(&array); }
+  static zxArray* toArray(const T& value) { return shaped::arrayForValue(&value, T::row()); }
+  static zxArray* noValueArray() { return shaped::arrayForValue(nullptr, T::row()); }
+
+  // Text without numbers gives a value that holds nothing; text that builds nothing stores nothing.
+  static std::optional<T> fromText(const char* text) {
+    const shaped::ParsedText parsed = shaped::parseText(text, T::row());
+    if (!parsed.produced) return std::nullopt;
+    return parsed.array ? T(parsed.array.get()) : T();
+  }
+  static std::optional<std::string> toText(const T& value) {
+    const std::unique_ptr<char, decltype(&utFree)> text(value.convert_to_string(), &utFree);
+    if (text == nullptr) return std::nullopt;
+    return std::string(text.get());
+  }
+};
+
 template <class Derived, class T>
 objsys::COSValue ShapedArrayDataType<Derived, T>::getDefaultValue() const {
   static objsys::COSValue cached;
-  if (cached.isEmpty()) cached = ShapedArraySC<T>().from(objsys::COSValue(T::row().defaultText));
+  if (cached.isEmpty()) cached = TextConversion<ShapedArrayRules<T>>().from(objsys::COSValue(T::row().defaultText));
   return cached;
 }
 
@@ -54,9 +79,8 @@ objsys::COSValue ShapedArrayDataType<Derived, T>::getDefaultValue() const {
 
 }  // namespace graphics::datatype
 
-// The Java conversion is left out (void) until the host has a Java bridge.
 #define ORB_SHAPED_ARRAY(T, ...)                                                                                  \
   template class graphics::datatype::ShapedArrayDataType<graphics::datatype::T##DataType, graphics::datatype::T>; \
   ORB_DEFINE_DATA_TYPE(graphics::datatype::T##DataType)                                                           \
-  ORB_QUEUE_REGISTRATION(T, graphics::datatype::T##DataType, graphics::datatype::T##MC, graphics::datatype::T##SC, void)
+  ORB_DEFINE_CONVERSIONS(graphics::datatype::ShapedArrayRules<graphics::datatype::T>)
 #include "datatype/arrays/shaped_arrays.def"

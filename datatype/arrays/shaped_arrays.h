@@ -14,11 +14,10 @@
 #include "arraylib/zxarray.h"
 #include "datatype/arrays/array_base.h"
 #include "datatype/arrays/shaped_array_rules.h"
+#include "datatype/conversions.h"
 #include "datatype/data_type_base.h"
 #include "datatype/export.h"
-#include "datatype/value_block.h"
 #include "foundationlib/except.h"
-#include "objsys/cos_type_conversion.h"
 
 // Each type's own identifiers; the shared Complex, Sparse, NaN and Inf are in datatype/errors.def.
 #define ORB_SHAPED_ARRAY_LEAF_ID_Range(T) FL_DECLARE_MSG_ID(Korvax::orb::shaped_arrays, T##Range)
@@ -35,35 +34,11 @@
 
 namespace graphics::datatype {
 
-// The array conversion of a shaped type: arrays are validated by T's constructor and read back as
-// shared-data copies (or the type's canonical empty form).
+// The conversion rules of a shaped type: arrays are validated by T's constructor and read back as
+// shared-data copies (or the type's canonical empty form); bracketed matrix text in, the host's
+// canonical text out.
 template <class T>
-class ORB_EXPORT ShapedArrayMC : public objsys::COSTypeConversion {
- public:
-  objsys::COSValue to(objsys::COSValue value) const override {
-    return objsys::COSValue(shaped::arrayForValue(static_cast<const ArrayBase*>(value.as<const T>()), T::row()));
-  }
-  objsys::COSValue from(objsys::COSValue value) const override {
-    const auto* array = value.as<const zxArray>();
-    if (array == nullptr) return objsys::COSValue();
-    return newValueBlock<T>(array);
-  }
-};
-
-// The string conversion of a shaped type: bracketed matrix text in, the host's canonical text out.
-template <class T>
-class ORB_EXPORT ShapedArraySC : public objsys::COSTypeConversion {
- public:
-  objsys::COSValue to(objsys::COSValue value) const override {
-    if (value.isEmpty()) return objsys::COSValue();
-    return objsys::COSValue(value.as<const T>()->convert_to_string());
-  }
-  objsys::COSValue from(objsys::COSValue value) const override {
-    const shaped::ParsedText parsed = shaped::parseText(value.as<const char>(), T::row());
-    if (!parsed.produced) return objsys::COSValue();
-    return parsed.array ? newValueBlock<T>(parsed.array.get()) : newValueBlock<T>();
-  }
-};
+struct ORB_EXPORT ShapedArrayRules;
 
 template <class Derived, class T>
 class ORB_EXPORT ShapedArrayDataType : public BasicDataType<Derived, T> {
@@ -112,8 +87,8 @@ class ORB_EXPORT ShapedArrayDataType : public BasicDataType<Derived, T> {
     static constexpr const char* kName = #T;                                                           \
     static constexpr const char* kClassName = #T "DataType";                                           \
   };                                                                                                   \
-  class ORB_EXPORT T##MC final : public ShapedArrayMC<T> {};                                           \
-  class ORB_EXPORT T##SC final : public ShapedArraySC<T> {};
+  class ORB_EXPORT T##MC final : public ArrayConversion<ShapedArrayRules<T>> {};                       \
+  class ORB_EXPORT T##SC final : public TextConversion<ShapedArrayRules<T>> {};
 #include "datatype/arrays/shaped_arrays.def"
 #undef ORB_SHAPED_ARRAY_HAS_LEAF_Range
 #undef ORB_SHAPED_ARRAY_HAS_LEAF_Predicate

@@ -6,11 +6,11 @@
 #include <sstream>
 #include <vector>
 
+#include "datatype/conversion_definitions.h"
 #include "datatype/conversion_support.h"
 #include "datatype/data_type_definitions.h"
 #include "datatype/errors.h"
 #include "datatype/possible_values.h"
-#include "datatype/registration.h"
 #include "guilib/array_exceptions.h"
 #include "utillib/ut.h"
 
@@ -62,11 +62,7 @@ bool MeshAlpha::operator==(const MeshAlpha& other) const {
   return style_ != MeshAlphaStyle::alpha || alpha_ == other.alpha_;
 }
 
-void* MeshAlpha::operator new(std::size_t size) {
-  void* block = utCalloc(1, size);
-  if (block == nullptr) throw fl::except::bad_alloc();
-  return block;
-}
+void* MeshAlpha::operator new(std::size_t size) { return allocateValueBlock(size); }
 
 void MeshAlpha::operator delete(void* block) { utFree(block); }
 
@@ -81,51 +77,41 @@ objsys::COSEnumeration* MeshAlphaDataType::getPossibleValues() {
   return cursor;
 }
 
-objsys::COSValue MeshAlphaMC::to(objsys::COSValue value) const {
-  if (value.isEmpty()) return objsys::COSValue(zxCreateDoubleMatrix(0, 0, zxREAL));
-  const MeshAlpha& alpha = *value.as<const MeshAlpha>();
-  if (alpha.getStyle() != MeshAlphaStyle::alpha) {
-    return objsys::COSValue(zxCreateString(MeshAlphaStyle::nameOf(alpha.getStyle())));
-  }
-  return objsys::COSValue(zxCreateDoubleScalar(alpha.getAlpha()));
-}
+struct MeshAlphaRules {
+  using Value = MeshAlpha;
 
-objsys::COSValue MeshAlphaMC::from(objsys::COSValue value) const {
-  const auto* array = value.as<const zxArray>();
-  if (array == nullptr) return objsys::COSValue();
-  if (zxIsChar(array)) {
-    // Any char array is read as the host's text of it, in storage order, deliberately. Only a NUL,
-    // which would cut the text short, is refused.
-    if (holdsNul(array)) raise<Korvax::orb::dt_conv::Matrix_to_Real::ExpectedNumeric1>();
-    const ArrayText text = textOfCharArray(array);
-    return newValueBlock<MeshAlpha>(MeshAlpha::fromText(text.get()));
+  static MeshAlpha fromArray(const zxArray& array) {
+    if (zxIsChar(&array)) {
+      // Any char array is read as the host's text of it, in storage order, deliberately. Only a NUL,
+      // which would cut the text short, is refused.
+      if (holdsNul(&array)) raise<Korvax::orb::dt_conv::Matrix_to_Real::ExpectedNumeric1>();
+      return MeshAlpha::fromText(textOfCharArray(&array).get());
+    }
+    if (!zxIsScalar(&array)) raise<Korvax::orb::dt_conv::Matrix_to_Real::ExpectedNumeric>();
+    double number = 0.0;
+    try {
+      number = readScalarAsDouble(&array);
+    } catch (const gui_objects::InvalidArrayClassException&) {
+      raise<Korvax::orb::dt_conv::Matrix_to_Real::ExpectedNumeric>();
+    }
+    return MeshAlpha(number);
   }
-  if (!zxIsScalar(array)) raise<Korvax::orb::dt_conv::Matrix_to_Real::ExpectedNumeric>();
-  double number = 0.0;
-  try {
-    number = readScalarAsDouble(array);
-  } catch (const gui_objects::InvalidArrayClassException&) {
-    raise<Korvax::orb::dt_conv::Matrix_to_Real::ExpectedNumeric>();
+  static zxArray* toArray(const MeshAlpha& alpha) {
+    if (alpha.getStyle() != MeshAlphaStyle::alpha) return zxCreateString(MeshAlphaStyle::nameOf(alpha.getStyle()));
+    return zxCreateDoubleScalar(alpha.getAlpha());
   }
-  return newValueBlock<MeshAlpha>(number);
-}
+  static zxArray* noValueArray() { return zxCreateDoubleMatrix(0, 0, zxREAL); }
 
-objsys::COSValue MeshAlphaSC::to(objsys::COSValue value) const {
-  if (value.isEmpty()) return objsys::COSValue();
-  const MeshAlpha& alpha = *value.as<const MeshAlpha>();
-  if (alpha.getStyle() != MeshAlphaStyle::alpha) return newTextValue(MeshAlphaStyle::nameOf(alpha.getStyle()));
-  std::ostringstream out;
-  out << alpha.getAlpha();
-  return newTextValue(out.str());
-}
-
-objsys::COSValue MeshAlphaSC::from(objsys::COSValue text) const {
-  if (text.isEmpty()) return objsys::COSValue();
-  return newValueBlock<MeshAlpha>(MeshAlpha::fromText(text.as<const char>()));
-}
+  static MeshAlpha fromText(const char* text) { return MeshAlpha::fromText(text); }
+  static std::optional<std::string> toText(const MeshAlpha& alpha) {
+    if (alpha.getStyle() != MeshAlphaStyle::alpha) return MeshAlphaStyle::nameOf(alpha.getStyle());
+    std::ostringstream out;
+    out << alpha.getAlpha();
+    return out.str();
+  }
+};
 
 }  // namespace graphics::datatype
 
 ORB_DEFINE_DATA_TYPE(graphics::datatype::MeshAlphaDataType)
-ORB_QUEUE_REGISTRATION(MeshAlpha, graphics::datatype::MeshAlphaDataType, graphics::datatype::MeshAlphaMC,
-                       graphics::datatype::MeshAlphaSC)
+ORB_DEFINE_CONVERSIONS(graphics::datatype::MeshAlphaRules)

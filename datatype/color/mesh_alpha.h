@@ -6,10 +6,10 @@
 #include <optional>
 #include <string_view>
 
+#include "datatype/conversions.h"
 #include "datatype/data_type_base.h"
 #include "datatype/enums/style_enumeration.h"
 #include "datatype/export.h"
-#include "objsys/cos_type_conversion.h"
 
 namespace graphics::datatype {
 
@@ -60,16 +60,11 @@ class ORB_EXPORT MeshAlphaDataType : public BasicDataType<MeshAlphaDataType, Mes
   objsys::COSEnumeration* getPossibleValues() override;
 };
 
-class ORB_EXPORT MeshAlphaMC : public objsys::COSTypeConversion {
- public:
-  objsys::COSValue to(objsys::COSValue value) const override;
-  objsys::COSValue from(objsys::COSValue array) const override;
-};
-
-class ORB_EXPORT MeshAlphaSC : public objsys::COSTypeConversion {
- public:
-  objsys::COSValue to(objsys::COSValue value) const override;
-  objsys::COSValue from(objsys::COSValue text) const override;
-};
+// Arrays: a drawing-mode name, or a numeric scalar of any class read by value; an empty slot reads
+// back as a 0-by-0 double. Text: a drawing-mode name or one number; a number is written as a stream
+// writes it.
+struct ORB_EXPORT MeshAlphaRules;
+class ORB_EXPORT MeshAlphaMC final : public ArrayConversion<MeshAlphaRules> {};
+class ORB_EXPORT MeshAlphaSC final : public TextConversion<MeshAlphaRules> {};
 
 }  // namespace graphics::datatype

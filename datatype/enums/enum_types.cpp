@@ -3,7 +3,6 @@
 #include "datatype/enums/enum_types.h"
 
 #include "datatype/data_type_definitions.h"
-#include "datatype/registration.h"
 
 namespace graphics::datatype {
 
@@ -19,9 +18,5 @@ namespace graphics::datatype {
 }  // namespace graphics::datatype
 
 #define ORB_ENUM(Predicate, name, ordinal, status)
-#define ORB_ENUM_TYPE(Type, defaultOrdinal, ...)                                                \
-  ORB_DEFINE_ENUM_DATA_TYPE(graphics::datatype::Type)                                           \
-  ORB_QUEUE_REGISTRATION(Type, graphics::datatype::EnumValueDataType<graphics::datatype::Type>, \
-                         graphics::datatype::EnumValueMC<graphics::datatype::Type>,             \
-                         graphics::datatype::EnumValueSC<graphics::datatype::Type>)
+#define ORB_ENUM_TYPE(Type, defaultOrdinal, ...) ORB_DEFINE_ENUM_DATA_TYPE(graphics::datatype::Type)
 #include "datatype/enums/enum_types.def"

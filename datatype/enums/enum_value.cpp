@@ -29,11 +29,8 @@ void EnumValueWarningMessage::throwWarning() const {
 EnumDataTypeBase::EnumDataTypeBase(const EnumTypeInfo& info)
     : info_(info), fullName_(std::string(kPackageName) + "." + info.name) {}
 
-// The one-byte block is written whole, so it comes from utMalloc: glibc serves small malloc calls from
-// its per-thread cache, while calloc always takes the slow path to zero a byte that is overwritten.
 objsys::COSValue EnumDataTypeBase::makeValue(signed char ordinal) {
-  auto* block = static_cast<signed char*>(utMalloc(1));
-  if (block == nullptr) throw fl::except::bad_alloc();
+  auto* block = static_cast<signed char*>(allocateValueBlock(1));
   *block = ordinal;
   return objsys::COSValue(block);
 }
@@ -82,20 +79,20 @@ const OrbTypedEnumStringType& EnumDataTypeBase::enumType() const {
 
 namespace {
 
-// The copy of the value the name selects, warning first when the element asks for it; refuses a name
-// that selects nothing.
-objsys::COSValue valueNamed(EnumDataTypeBase& type, const char* name, bool warn) {
+// The ordinal of the element the name selects, warning first when the element asks for it; refuses a
+// name that selects nothing.
+signed char ordinalNamed(const EnumDataTypeBase& type, const char* name, bool warn) {
   const OrbTypedEnumStringType& elements = type.enumType();
   const int index = elements.findElement(name);
   if (index < 0) errorForInvalidEnumValue(name, elements);
-  return type.copy(elements.elements().elementValue(index, warn));
+  return EnumDataTypeBase::ordinalOf(elements.elements().elementValue(index, warn));
 }
 
 // The text of a char array as a message shows it, each NUL written as \0.
-std::string textWithVisibleNuls(const zxArray* array) {
-  const zxChar* chars = zxGetChars(array);
+std::string textWithVisibleNuls(const zxArray& array) {
+  const zxChar* chars = zxGetChars(&array);
   std::u16string shown;
-  for (zxSize i = 0; i < zxGetNumberOfElements(array); ++i) {
+  for (zxSize i = 0; i < zxGetNumberOfElements(&array); ++i) {
     if (chars[i] == u'\0') {
       shown += u"\\0";
     } else {
@@ -107,33 +104,27 @@ std::string textWithVisibleNuls(const zxArray* array) {
 
 }  // namespace
 
-objsys::COSValue EnumArrayConversion::to(objsys::COSValue value) const {
-  const char* name = value.isEmpty() ? nullptr : type_->enumType().getEnumString(value);
-  return objsys::COSValue(zxCreateString(name != nullptr ? name : ""));
-}
-
-objsys::COSValue EnumArrayConversion::from(objsys::COSValue value) const {
-  const auto* array = value.as<const zxArray>();
-  if (array == nullptr) return objsys::COSValue();
-  const OrbTypedEnumStringType& elements = type_->enumType();
-  if (!zxIsChar(array)) errorForInvalidEnumValueFor(elements);
-  if (zxIsEmpty(array)) errorForInvalidValue(elements);
+signed char EnumDataTypeBase::ordinalFromArray(const zxArray& array) const {
+  const OrbTypedEnumStringType& elements = enumType();
+  if (!zxIsChar(&array)) errorForInvalidEnumValueFor(elements);
+  if (zxIsEmpty(&array)) errorForInvalidValue(elements);
   // A name is one row of characters: a char matrix or N-D text is refused, not read column by column.
-  if (zxGetM(array) != 1 || zxGetNumberOfDimensions(array) > 2) errorForInvalidEnumValueFor(elements);
+  if (zxGetM(&array) != 1 || zxGetNumberOfDimensions(&array) > 2) errorForInvalidEnumValueFor(elements);
   // A NUL would cut the name short and select an element by what precedes it; such text names nothing.
-  if (holdsNul(array)) errorForInvalidEnumValue(textWithVisibleNuls(array).c_str(), elements);
-  const std::string text = getStringFromZxArray(array);
-  return valueNamed(*type_, text.c_str(), true);
+  if (holdsNul(&array)) errorForInvalidEnumValue(textWithVisibleNuls(array).c_str(), elements);
+  const std::string text = getStringFromZxArray(&array);
+  return ordinalNamed(*this, text.c_str(), true);
 }
 
-objsys::COSValue EnumStringConversion::to(objsys::COSValue value) const {
-  const char* name = value.isEmpty() ? nullptr : type_->enumType().getEnumString(value);
-  return name != nullptr ? newTextValue(name) : objsys::COSValue();
+signed char EnumDataTypeBase::ordinalFromText(const char* text) const { return ordinalNamed(*this, text, false); }
+
+const char* EnumDataTypeBase::nameOf(signed char ordinal) const {
+  return enumType().getEnumString(objsys::COSValue(&ordinal));
 }
 
-objsys::COSValue EnumStringConversion::from(objsys::COSValue text) const {
-  if (text.isEmpty()) return objsys::COSValue();
-  return valueNamed(*type_, text.as<const char>(), false);
+zxArray* EnumDataTypeBase::nameArrayOf(signed char ordinal) const {
+  const char* name = nameOf(ordinal);
+  return zxCreateString(name != nullptr ? name : "");
 }
 
 }  // namespace graphics::datatype

@@ -4,13 +4,15 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <span>
+#include <string>
 
+#include "datatype/conversions.h"
 #include "datatype/enums/enum_base.h"
 #include "datatype/enums/orb_typed_enum_string_type.h"
 #include "datatype/export.h"
 #include "objsys/cos_data_type.h"
-#include "objsys/cos_type_conversion.h"
 
 namespace graphics::datatype {
 
@@ -51,6 +53,16 @@ class ORB_EXPORT EnumDataTypeBase : public objsys::COSDataType {
 
   // The type's enumeration, filled from the element table on first use.
   const OrbTypedEnumStringType& enumType() const;
+  // The ordinal of the element that an array names. The array must be one row of characters: other
+  // classes, empty text, char matrices and text holding a NUL are refused. An element that warns
+  // issues its warning.
+  signed char ordinalFromArray(const zxArray& array) const;
+  // The ordinal of the element that the text names; refused when it names none or several.
+  signed char ordinalFromText(const char* text) const;
+  // The name of the element holding ordinal, or null.
+  const char* nameOf(signed char ordinal) const;
+  // A new char row holding that name; the empty text when there is none.
+  zxArray* nameArrayOf(signed char ordinal) const;
   // A new value block holding ordinal.
   static objsys::COSValue makeValue(signed char ordinal);
   static signed char ordinalOf(objsys::COSValue value) { return *value.as<const signed char>(); }
@@ -65,32 +77,6 @@ class ORB_EXPORT EnumDataTypeBase : public objsys::COSDataType {
   mutable OrbTypedEnumStringType* enumType_ = nullptr;
 };
 
-// Host array to value: a char array naming an element; value to array: a char row of its name.
-class ORB_EXPORT EnumArrayConversion : public objsys::COSTypeConversion {
- public:
-  objsys::COSValue to(objsys::COSValue value) const override;
-  objsys::COSValue from(objsys::COSValue array) const override;
-
- protected:
-  explicit EnumArrayConversion(EnumDataTypeBase* type) : type_(type) {}
-
- private:
-  EnumDataTypeBase* type_;
-};
-
-// Text to value: the element the text names; value to text: a utStrdup copy of its name, or null.
-class ORB_EXPORT EnumStringConversion : public objsys::COSTypeConversion {
- public:
-  objsys::COSValue to(objsys::COSValue value) const override;
-  objsys::COSValue from(objsys::COSValue text) const override;
-
- protected:
-  explicit EnumStringConversion(EnumDataTypeBase* type) : type_(type) {}
-
- private:
-  EnumDataTypeBase* type_;
-};
-
 // E provides kName, info() (its EnumTypeInfo) and derives from EnumBase.
 // The singleton is defined out of line, in the library only (data_type_definitions.h).
 template <class E>
@@ -103,16 +89,28 @@ class ORB_EXPORT EnumValueDataType final : public EnumDataTypeBase {
   EnumValueDataType() : EnumDataTypeBase(E::info()) {}
 };
 
+// The conversion rules of an enumerated type: a char row naming an element (array) or the name itself
+// (text) in; the element's name out, a 0-by-0 char array or no text for an empty slot.
 template <class E>
-class ORB_EXPORT EnumValueMC final : public EnumArrayConversion {
- public:
-  EnumValueMC() : EnumArrayConversion(EnumValueDataType<E>::getType()) {}
+struct ORB_EXPORT EnumRules {
+  using Value = E;
+  static E fromArray(const zxArray& array) { return E(type().ordinalFromArray(array)); }
+  static zxArray* toArray(const E& value) { return type().nameArrayOf(static_cast<signed char>(value.getIntValue())); }
+  static zxArray* noValueArray() { return type().nameArrayOf(kNoOrdinal); }
+  static E fromText(const char* text) { return E(type().ordinalFromText(text)); }
+  static std::optional<std::string> toText(const E& value) {
+    const char* name = type().nameOf(static_cast<signed char>(value.getIntValue()));
+    return name != nullptr ? std::optional<std::string>(name) : std::nullopt;
+  }
+  static const EnumDataTypeBase& type() { return *EnumValueDataType<E>::getType(); }
+  // No element holds it: ordinals are small and never negative.
+  static constexpr signed char kNoOrdinal = -128;
 };
 
 template <class E>
-class ORB_EXPORT EnumValueSC final : public EnumStringConversion {
- public:
-  EnumValueSC() : EnumStringConversion(EnumValueDataType<E>::getType()) {}
-};
+class ORB_EXPORT EnumValueMC final : public ArrayConversion<EnumRules<E>> {};
+
+template <class E>
+class ORB_EXPORT EnumValueSC final : public TextConversion<EnumRules<E>> {};
 
 }  // namespace graphics::datatype

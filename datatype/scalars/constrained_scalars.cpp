@@ -7,9 +7,9 @@
 
 #include "arraylib/zxarray.h"
 #include "arraylib/zxformat.h"
+#include "datatype/conversion_definitions.h"
 #include "datatype/conversion_support.h"
 #include "datatype/data_type_definitions.h"
-#include "datatype/registration.h"
 #include "guilib/convert_from_string_utils.h"
 
 namespace graphics::datatype {
@@ -92,53 +92,41 @@ bool ConstrainedScalar<T>::isValid(double value, boost::exception_ptr& slot) req
 }
 
 template <class T>
-objsys::COSValue ScalarArrayConversion<T>::to(objsys::COSValue value) const {
-  // An empty slot reads back as the default, deliberately, never as an empty array.
-  const double number = value.isEmpty() ? ScalarRow<T>::kDefault : value.as<const T>()->getValue();
-  return objsys::COSValue(zxCreateDoubleScalar(number));
-}
+struct ScalarRules {
+  using Value = T;
 
-template <class T>
-objsys::COSValue ScalarArrayConversion<T>::from(objsys::COSValue value) const {
-  const auto* array = value.as<const zxArray>();
-  if (array == nullptr) return objsys::COSValue();
-  // The host's own numeric test: double, single and the integer classes, not logical or char.
-  if (!zxIsNumeric(array) || !zxIsScalar(array)) refuseArray<T>();
-  return newValueBlock<T>(zxGetScalar(array));
-}
-
-template <class T>
-objsys::COSValue ScalarTextConversion<T>::to(objsys::COSValue value) const {
-  if (value.isEmpty()) return objsys::COSValue();
-  // The shortest text that reads back as the same number ("0.1", "1e+300", "Inf").
-  std::string text;
-  zx::appendElementText(text, value.as<const T>()->getValue());
-  return newTextValue(text);
-}
-
-template <class T>
-objsys::COSValue ScalarTextConversion<T>::from(objsys::COSValue value) const {
-  if (value.isEmpty()) return objsys::COSValue();
-  double number = 0.0;
-  try {
-    number = gui_objects::convert_from_string_utils::parse_double_scalar(value.as<const char>());
-  } catch (const gui_objects::convert_from_string_utils::ParseException&) {
-    refuseText<T>();
+  static T fromArray(const zxArray& array) {
+    // The host's own numeric test: double, single and the integer classes, not logical or char.
+    if (!zxIsNumeric(&array) || !zxIsScalar(&array)) refuseArray<T>();
+    return T(zxGetScalar(&array));
   }
-  return newValueBlock<T>(number);
-}
+  static zxArray* toArray(const T& value) { return zxCreateDoubleScalar(value.getValue()); }
+  // An empty slot reads back as the default, deliberately, never as an empty array.
+  static zxArray* noValueArray() { return zxCreateDoubleScalar(ScalarRow<T>::kDefault); }
 
-#define ORB_CONSTRAINED_SCALAR(Name)          \
-  template class ConstrainedScalar<Name>;     \
-  template class ScalarArrayConversion<Name>; \
-  template class ScalarTextConversion<Name>;
+  static T fromText(const char* text) {
+    double number = 0.0;
+    try {
+      number = gui_objects::convert_from_string_utils::parse_double_scalar(text);
+    } catch (const gui_objects::convert_from_string_utils::ParseException&) {
+      refuseText<T>();
+    }
+    return T(number);
+  }
+  // The shortest text that reads back as the same number ("0.1", "1e+300", "Inf").
+  static std::optional<std::string> toText(const T& value) {
+    std::string text;
+    zx::appendElementText(text, value.getValue());
+    return text;
+  }
+};
+
+#define ORB_CONSTRAINED_SCALAR(Name) template class ConstrainedScalar<Name>;
 #include "datatype/scalars/constrained_scalars.def"
 
 }  // namespace graphics::datatype
 
-// No Java conversion: the host has no Java bridge yet.
-#define ORB_CONSTRAINED_SCALAR(Name)                                                             \
-  ORB_DEFINE_DATA_TYPE(graphics::datatype::Name##DataType)                                       \
-  ORB_QUEUE_REGISTRATION(Name, graphics::datatype::Name##DataType, graphics::datatype::Name##MC, \
-                         graphics::datatype::Name##SC, void)
+#define ORB_CONSTRAINED_SCALAR(Name)                       \
+  ORB_DEFINE_DATA_TYPE(graphics::datatype::Name##DataType) \
+  ORB_DEFINE_CONVERSIONS(graphics::datatype::ScalarRules<graphics::datatype::Name>)
 #include "datatype/scalars/constrained_scalars.def"

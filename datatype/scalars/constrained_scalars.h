@@ -7,7 +7,7 @@
 //   SlotCheck
 //   ScalarRow<T>            a row's data: default, checks and refusals
 //   ConstrainedScalar<T>    the value: one double, checked when made
-//   ScalarArrayConversion<T>, ScalarTextConversion<T>   the bodies of TMC and TSC
+//   ScalarRules<T>          the conversion rules of TMC and TSC
 #pragma once
 
 #include <boost/exception_ptr.hpp>
@@ -16,10 +16,10 @@
 #include <string>
 #include <type_traits>
 
+#include "datatype/conversions.h"
 #include "datatype/data_type_base.h"
 #include "datatype/errors.h"
 #include "datatype/export.h"
-#include "objsys/cos_type_conversion.h"
 
 namespace graphics::datatype {
 
@@ -86,31 +86,17 @@ class ORB_EXPORT ConstrainedScalar {
   double value_;
 };
 
-// TMC: a numeric scalar array to a value and back. from refuses every other array (logical and char
-// included) with the row's not-a-numeric-scalar identifier and a refused number with its check's
-// error; an empty slot gives an empty slot. to gives a new 1-by-1 double, the default for an empty slot.
+// The conversion rules of a constrained scalar. Arrays: a numeric scalar of any class (not logical or
+// char); anything else is refused with the row's not-a-numeric-scalar identifier, a refused number
+// with its check's error; an empty slot reads back as the default, never as an empty array. Text: one
+// number as matrix text ("2", "[0.5]", "Inf"), written back as the shortest text that reads back the
+// same; anything else is refused with the row's bad-text identifier.
 template <class T>
-class ORB_EXPORT ScalarArrayConversion : public objsys::COSTypeConversion {
- public:
-  objsys::COSValue to(objsys::COSValue value) const override;
-  objsys::COSValue from(objsys::COSValue value) const override;
-};
-
-// TSC: one number as matrix text ("2", "[0.5]", "Inf") to a value, and the value written as a stream
-// writes it. from refuses text that is not one number with the row's bad-text identifier and a refused
-// number with its check's error; empty slots give empty slots.
-template <class T>
-class ORB_EXPORT ScalarTextConversion : public objsys::COSTypeConversion {
- public:
-  objsys::COSValue to(objsys::COSValue value) const override;
-  objsys::COSValue from(objsys::COSValue value) const override;
-};
+struct ORB_EXPORT ScalarRules;
 
 // The classes of one row. The bodies are the templates' and are instantiated in the source file.
 #define ORB_SCALAR_CLASSES(Name, IsValidAccess)                                        \
   extern template class ConstrainedScalar<Name>;                                       \
-  extern template class ScalarArrayConversion<Name>;                                   \
-  extern template class ScalarTextConversion<Name>;                                    \
   class ORB_EXPORT Name : public ConstrainedScalar<Name> {                             \
    public:                                                                             \
     using ConstrainedScalar::ConstrainedScalar;                                        \
@@ -125,8 +111,8 @@ class ORB_EXPORT ScalarTextConversion : public objsys::COSTypeConversion {
     static constexpr std::size_t kValueSizeInBytes = sizeof(Name);                     \
     static Name makeDefaultValue() { return Name(ScalarRow<Name>::kDefault); }         \
   };                                                                                   \
-  class ORB_EXPORT Name##MC final : public ScalarArrayConversion<Name> {};             \
-  class ORB_EXPORT Name##SC final : public ScalarTextConversion<Name> {};
+  class ORB_EXPORT Name##MC final : public ArrayConversion<ScalarRules<Name>> {};      \
+  class ORB_EXPORT Name##SC final : public TextConversion<ScalarRules<Name>> {};
 
 #define ORB_SCALAR_WITH_TEXTS(Name, Default, IsValidAccess, BadTextId, BadTextText, ...)                        \
   class Name;                                                                                                   \

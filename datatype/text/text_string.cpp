@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "arraylib/zxerror.h"
-#include "datatype/errors.h"
+#include "datatype/conversion_definitions.h"
 #include "datatype/data_type_definitions.h"
-#include "datatype/registration.h"
+#include "datatype/errors.h"
 #include "datatype/value_block.h"
 #include "foundationlib/i18n/unicode.h"
 #include "guilib/auto_ptr.h"
@@ -133,25 +133,25 @@ void TextString::replaceArray(const zxArray* array) {
   swap(replacement);
 }
 
-objsys::COSValue TextStringMC::to(objsys::COSValue value) const {
-  const auto* text = value.as<const TextString>();
-  if (text == nullptr || text->getPtr() == nullptr) return objsys::COSValue(zxCreateString(""));
-  return objsys::COSValue(text->getSharedDataCopy().release());
-}
+struct TextStringRules {
+  using Value = TextString;
 
-objsys::COSValue TextStringMC::from(objsys::COSValue array) const {
-  if (array.isEmpty()) return newValueBlock<TextString>("");
-  return newValueBlock<TextString>(array.as<const zxArray>());
-}
+  static TextString fromArray(const zxArray& array) { return TextString(&array); }
+  // No array is empty text.
+  static TextString fromNoArray() { return TextString(""); }
+  static zxArray* toArray(const TextString& text) {
+    if (text.getPtr() == nullptr) return noValueArray();
+    return text.getSharedDataCopy().release();
+  }
+  static zxArray* noValueArray() { return zxCreateString(""); }
 
-objsys::COSValue TextStringSC::to(objsys::COSValue) const { return objsys::COSValue(); }
-
-objsys::COSValue TextStringSC::from(objsys::COSValue text) const {
-  return newValueBlock<TextString>(text.as<const char>());
-}
+  static TextString fromText(const char* text) { return TextString(text); }
+  static TextString fromNoText() { return TextString(""); }
+  // Deliberately none: text values have no string form.
+  static std::optional<std::string> toText(const TextString&) { return std::nullopt; }
+};
 
 }  // namespace graphics::datatype
 
 ORB_DEFINE_DATA_TYPE(graphics::datatype::TextStringDataType)
-ORB_QUEUE_REGISTRATION(TextString, graphics::datatype::TextStringDataType, graphics::datatype::TextStringMC,
-                       graphics::datatype::TextStringSC)
+ORB_DEFINE_CONVERSIONS(graphics::datatype::TextStringRules)

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "datatype/arrays/array_base.h"
+#include "datatype/conversions.h"
 #include "datatype/data_type_base.h"
 #include "datatype/export.h"
-#include "objsys/cos_type_conversion.h"
 
 namespace graphics::datatype {
 
@@ -54,18 +54,10 @@ class ORB_EXPORT TextStringDataType : public BasicDataType<TextStringDataType, T
 };
 
 // Arrays in are validated; a null array gives empty text. Out: a shared-data copy of the held array,
-// or an empty character array.
-class ORB_EXPORT TextStringMC : public objsys::COSTypeConversion {
- public:
-  objsys::COSValue to(objsys::COSValue value) const override;
-  objsys::COSValue from(objsys::COSValue array) const override;
-};
-
-// Text in becomes one row. Text out is always nothing, deliberately: text values have no string form.
-class ORB_EXPORT TextStringSC : public objsys::COSTypeConversion {
- public:
-  objsys::COSValue to(objsys::COSValue value) const override;
-  objsys::COSValue from(objsys::COSValue text) const override;
-};
+// or an empty character array. Text in becomes one row; text out is always nothing, deliberately:
+// text values have no string form.
+struct ORB_EXPORT TextStringRules;
+class ORB_EXPORT TextStringMC final : public ArrayConversion<TextStringRules> {};
+class ORB_EXPORT TextStringSC final : public TextConversion<TextStringRules> {};
 
 }  // namespace graphics::datatype

@@ -69,6 +69,16 @@ int main() {
             std::strcmp(MeshAlphaStyle::nameOf(MeshAlphaStyle::interp), "interp") == 0,
         "style names come from the library's table");
 
+  std::printf("-- conversions made by the host itself\n");
+  const PositiveSC positiveTexts;
+  const EnumValueSC<ActivePosition> positionTexts;
+  const objsys::COSValue positive = positiveTexts.from(objsys::COSValue("0.5"));
+  const objsys::COSValue position = positionTexts.from(objsys::COSValue("outer"));
+  check(positive.as<const Positive>()->getValue() == 0.5, "a PositiveSC of its own reads a number");
+  check(position.as<const ActivePosition>()->isOuterposition(), "an EnumValueSC of its own reads a name");
+  PositiveDataType::getType()->destroy(positive);
+  EnumValueDataType<ActivePosition>::getType()->destroy(position);
+
   KXTerminate_orbdatatypes();
   std::printf("%s\n", failures == 0 ? "all checks passed" : "some checks FAILED");
   return failures == 0 ? 0 : 1;

@@ -15,6 +15,7 @@ namespace graphics::datatype {
 // A type of tests only: its hidden element warns when an array selects it.
 class WarningTestEnum : public EnumBase {
  public:
+  using EnumBase::EnumBase;
   static constexpr const char* kName = "WarningTestEnum";
   static const EnumTypeInfo& info() {
     static constexpr EnumElement kElements[] = {{"current", 0, 0}, {"legacy", 1, 2, "Korvax:test:LegacyValue"}};

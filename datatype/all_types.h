@@ -1,0 +1,8 @@
+// The public headers of every property type that all_types.def lists.
+#pragma once
+
+#include "datatype/arrays/shaped_arrays.h"
+#include "datatype/color/mesh_alpha.h"
+#include "datatype/enums/enum_types.h"
+#include "datatype/scalars/constrained_scalars.h"
+#include "datatype/text/text_string.h"
