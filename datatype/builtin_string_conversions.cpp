@@ -5,9 +5,11 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
 #include <type_traits>
 
+#include "datatype/conversion_definitions.h"
 #include "datatype/conversion_support.h"
 #include "datatype/errors.h"
 #include "datatype/value_block.h"
@@ -25,7 +27,7 @@ std::string_view trimmed(std::string_view text) {
 }
 
 [[noreturn]] void refuse(std::string_view text, const char* target) {
-  raiseWithText("Korvax:class:KorvaxConversionError", "Cannot convert '" + std::string(text) + "' to " + target + ".");
+  raiseWithText<Korvax::class_::KorvaxConversionError>("Cannot convert '" + std::string(text) + "' to " + target + ".");
 }
 
 // Integers are read exactly (decimal digits, optional sign); floating classes take the host's number
@@ -71,28 +73,17 @@ std::string scalarText(T value) {
   }
 }
 
-// Text to one value of T in a C-heap block (freed with utFree), and back.
-template <class T>
-class ScalarTextConversion : public objsys::COSTypeConversion {
- public:
-  explicit ScalarTextConversion(const char* target) : target_(target) {}
-  objsys::COSValue from(objsys::COSValue text) const override {
-    if (text.isEmpty()) return objsys::COSValue();
-    return newValueBlock<T>(parseScalar<T>(text.as<const char>(), target_));
-  }
-  objsys::COSValue to(objsys::COSValue value) const override {
-    if (value.isEmpty()) return objsys::COSValue();
-    return newTextValue(scalarText(*value.as<const T>()));
-  }
-
- private:
-  const char* target_;
+// Text to one value of T named Target in a C-heap block (freed with utFree), and back.
+template <class T, fl::except::fixed_string Target>
+struct ScalarTextRules {
+  using Value = T;
+  static T fromText(const char* text) { return parseScalar<T>(text, Target.chars); }
+  static std::optional<std::string> toText(const T& value) { return scalarText(value); }
 };
 
 // Text to text: each direction hands out a copy.
 class StringStringConversion : public objsys::COSTypeConversion {
  public:
-  explicit StringStringConversion(const char*) {}
   objsys::COSValue from(objsys::COSValue text) const override { return copyOf(text); }
   objsys::COSValue to(objsys::COSValue text) const override { return copyOf(text); }
 
@@ -103,43 +94,47 @@ class StringStringConversion : public objsys::COSTypeConversion {
 };
 
 template <class Conversion>
-objsys::COSTypeConversion* make(const char* target) {
-  return new (std::nothrow) Conversion(target);
+objsys::COSTypeConversion* make() {
+  return new (std::nothrow) Conversion();
 }
 
 struct BuiltinConversion {
   const char* target;
-  objsys::COSTypeConversion* (*make)(const char* target);
+  objsys::COSTypeConversion* (*make)();
 };
 
+// The host's order of target names; each parses into one value of its class.
+#define ORB_SCALAR_TEXT(target, T) \
+  { target, &make<TextConversion<ScalarTextRules<T, target>>> }
 // clang-format off
 constexpr BuiltinConversion kBuiltinConversions[] = {
-    {"int8 scalar", &make<ScalarTextConversion<std::int8_t>>},
-    {"int16 scalar", &make<ScalarTextConversion<std::int16_t>>},
-    {"int32 scalar", &make<ScalarTextConversion<std::int32_t>>},
-    {"int64 scalar", &make<ScalarTextConversion<std::int64_t>>},
-    {"uint8 scalar", &make<ScalarTextConversion<std::uint8_t>>},
-    {"uint16 scalar", &make<ScalarTextConversion<std::uint16_t>>},
-    {"uint32 scalar", &make<ScalarTextConversion<std::uint32_t>>},
-    {"uint64 scalar", &make<ScalarTextConversion<std::uint64_t>>},
-    {"single scalar", &make<ScalarTextConversion<float>>},
-    {"double scalar", &make<ScalarTextConversion<double>>},
-    {"logical scalar", &make<ScalarTextConversion<bool>>},
+    ORB_SCALAR_TEXT("int8 scalar", std::int8_t),
+    ORB_SCALAR_TEXT("int16 scalar", std::int16_t),
+    ORB_SCALAR_TEXT("int32 scalar", std::int32_t),
+    ORB_SCALAR_TEXT("int64 scalar", std::int64_t),
+    ORB_SCALAR_TEXT("uint8 scalar", std::uint8_t),
+    ORB_SCALAR_TEXT("uint16 scalar", std::uint16_t),
+    ORB_SCALAR_TEXT("uint32 scalar", std::uint32_t),
+    ORB_SCALAR_TEXT("uint64 scalar", std::uint64_t),
+    ORB_SCALAR_TEXT("single scalar", float),
+    ORB_SCALAR_TEXT("double scalar", double),
+    ORB_SCALAR_TEXT("logical scalar", bool),
     {"asciiString", &make<StringStringConversion>},
-    {"int", &make<ScalarTextConversion<std::int32_t>>},
-    {"uint64_T", &make<ScalarTextConversion<std::uint64_t>>},
-    {"single", &make<ScalarTextConversion<float>>},
-    {"float", &make<ScalarTextConversion<float>>},
-    {"double", &make<ScalarTextConversion<double>>},
-    {"logical", &make<ScalarTextConversion<bool>>},
+    ORB_SCALAR_TEXT("int", std::int32_t),
+    ORB_SCALAR_TEXT("uint64_T", std::uint64_t),
+    ORB_SCALAR_TEXT("single", float),
+    ORB_SCALAR_TEXT("float", float),
+    ORB_SCALAR_TEXT("double", double),
+    ORB_SCALAR_TEXT("logical", bool),
 };
+#undef ORB_SCALAR_TEXT
 // clang-format on
 
 }  // namespace
 
 void registerBuiltinStringConversions() {
   for (const BuiltinConversion& conversion : kBuiltinConversions) {
-    objsys::COSTypeRepository::addConversion("asciiString", conversion.target, conversion.make(conversion.target));
+    objsys::COSTypeRepository::addConversion("asciiString", conversion.target, conversion.make());
   }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "arraylib/zxerror.h"
 #include "foundationlib/except.h"
@@ -10,6 +11,12 @@
 #define ORB_MSG_ID_PARTS(ns, componentText, catalogText, keyName)                                                    \
   namespace ns {                                                                                                     \
   using keyName = fl::except::key<#keyName, fl::except::catalog<catalogText, fl::except::component<componentText>>>; \
+  }
+#define ORB_MSG_TEXT_ID(ns, keyName, idText)       \
+  namespace ns {                                   \
+  struct keyName {                                 \
+    static constexpr const char* text_id = idText; \
+  };                                               \
   }
 #include "datatype/errors.def"
 
@@ -24,8 +31,22 @@ template <class Id, class... Args>
   throw error;
 }
 
+// Every identifier the library declares, and so every one it can raise: the catalogue of errors.def
+// and the identifiers generated from the shaped array rows.
+std::vector<std::string> declaredIdentifiers();
+
 // Raises an identifier together with a text of the library's own (the identifier's catalog text
 // does not apply).
 [[noreturn]] void raiseWithText(const char* id, const std::string& text);
+
+// The same for a declared identifier: one raised by text (ORB_MSG_TEXT_ID) or one with a class.
+template <class Id>
+[[noreturn]] void raiseWithText(const std::string& text) {
+  if constexpr (requires { Id::text_id; }) {
+    raiseWithText(Id::text_id, text);
+  } else {
+    raiseWithText(fl::except::Exception<Id>().get_error_id(), text);
+  }
+}
 
 }  // namespace graphics::datatype

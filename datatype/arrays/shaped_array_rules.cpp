@@ -320,8 +320,7 @@ ParsedText parseText(const char* text, const Row& row) {
     const bool produced = array != nullptr;
     return {produced, std::move(array)};
   } catch (const parse::ParseException&) {
-    const std::string id = std::string("datatypes:") + row.name + ":ParseException";
-    zxErrMsgWrapper(fl::i18n::BaseMsgID(id, {"Invalid String", row.name}));
+    zxReThrowException(row.textFailure());
   }
 }
 

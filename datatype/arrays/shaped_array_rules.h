@@ -114,6 +114,7 @@ struct ORB_EXPORT Row {
   FailureFactory sizeFailure;
   FailureFactory typeFailure;
   FailureFactory valueFailure;  // null for a type without a value identifier
+  FailureFactory textFailure;   // text that does not read as the type's array
 };
 
 struct PredicateRule {
@@ -137,7 +138,7 @@ void requireValid(const ArrayBase& value, const zxArray* array);
 zxArray* arrayForValue(const ArrayBase* value, const Row& row);
 
 // The text conversion's parse: produced is false for no text or when nothing could be built; array is
-// null for text without numbers. ParseException becomes "datatypes:<name>:ParseException".
+// null for text without numbers. Text the parser refuses raises the row's text failure.
 struct ParsedText {
   bool produced;
   gui_objects::ZxArrayPtr array;

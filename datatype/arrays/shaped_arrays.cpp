@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "datatype/arrays/shaped_array_ids.h"
 #include "datatype/conversion_definitions.h"
 #include "datatype/data_type_definitions.h"
 #include "datatype/errors.h"
@@ -17,6 +18,12 @@ namespace {
 template <class Id>
 boost::exception_ptr ownFailure() {
   return boost::copy_exception(fl::except::Exception<Id>());
+}
+
+// Text that does not read as the type's array; the catalog text names the fault and the type.
+template <class Id, fl::except::fixed_string TypeName>
+boost::exception_ptr textFailure() {
+  return boost::copy_exception(fl::except::Exception<Id>("Invalid String", TypeName.chars));
 }
 
 }  // namespace
@@ -65,7 +72,8 @@ objsys::COSValue ShapedArrayDataType<Derived, T>::getDefaultValue() const {
                                          shaped::EmptyReadBack,                                        \
                                          &ownFailure<Korvax::orb::shaped_arrays::T##Size>,             \
                                          &ownFailure<Korvax::orb::shaped_arrays::T##Type>,             \
-                                         ORB_SHAPED_ARRAY_VALUE_FAILURE_##ValueLeaf(T)};               \
+                                         ORB_SHAPED_ARRAY_VALUE_FAILURE_##ValueLeaf(T),                \
+                                         &textFailure<datatypes::T::ParseException, #T>};              \
     return kRow;                                                                                       \
   }                                                                                                    \
   bool T::isValid(const zxArray* array, boost::exception_ptr& failure) const {                         \

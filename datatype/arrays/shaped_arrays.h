@@ -17,20 +17,6 @@
 #include "datatype/conversions.h"
 #include "datatype/data_type_base.h"
 #include "datatype/export.h"
-#include "foundationlib/except.h"
-
-// Each type's own identifiers; the shared Complex, Sparse, NaN and Inf are in datatype/errors.def.
-#define ORB_SHAPED_ARRAY_LEAF_ID_Range(T) FL_DECLARE_MSG_ID(Korvax::orb::shaped_arrays, T##Range)
-#define ORB_SHAPED_ARRAY_LEAF_ID_Predicate(T) FL_DECLARE_MSG_ID(Korvax::orb::shaped_arrays, T##Predicate)
-#define ORB_SHAPED_ARRAY_LEAF_ID_NoLeaf(T)
-#define ORB_SHAPED_ARRAY(T, Checks, Empty, DefaultText, ParseClass, EmptyReadBack, ValueLeaf, Members) \
-  FL_DECLARE_MSG_ID(Korvax::orb::shaped_arrays, T##Size)                                               \
-  FL_DECLARE_MSG_ID(Korvax::orb::shaped_arrays, T##Type)                                               \
-  ORB_SHAPED_ARRAY_LEAF_ID_##ValueLeaf(T)
-#include "datatype/arrays/shaped_arrays.def"
-#undef ORB_SHAPED_ARRAY_LEAF_ID_Range
-#undef ORB_SHAPED_ARRAY_LEAF_ID_Predicate
-#undef ORB_SHAPED_ARRAY_LEAF_ID_NoLeaf
 
 namespace graphics::datatype {
 

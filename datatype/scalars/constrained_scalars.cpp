@@ -2,20 +2,69 @@
 #include "datatype/scalars/constrained_scalars.h"
 
 #include <bit>
+#include <boost/exception_ptr.hpp>
 #include <cmath>
 #include <cstdint>
+#include <span>
+#include <string>
 
 #include "arraylib/zxarray.h"
 #include "arraylib/zxformat.h"
 #include "datatype/conversion_definitions.h"
 #include "datatype/conversion_support.h"
 #include "datatype/data_type_definitions.h"
+#include "datatype/errors.h"
 #include "guilib/convert_from_string_utils.h"
 
 namespace graphics::datatype {
 namespace {
 
-constexpr const char* kOutsideValidRange = "Korvax:datatypes:valueOutsideValidRange";
+// The tests a row can list. "finite" looks at the exponent bits only, so NaN and both infinities fail
+// it; every comparison treats -0.0 as 0.
+enum class ScalarRule { finite, notNaN, aboveZero, notNegative, finiteZeroToOne, whole };
+
+// A check whose failure is "Korvax:datatypes:valueOutsideValidRange" with this text.
+struct TextCheck {
+  ScalarRule rule;
+  const char* text;
+};
+
+// A check whose failure is an identifier's exception, stored in an exception slot.
+struct SlotCheck {
+  ScalarRule rule;
+  boost::exception_ptr (*exception)();
+};
+
+template <class Id>
+boost::exception_ptr exceptionOf() {
+  return boost::copy_exception(fl::except::Exception<Id>());
+}
+
+// A row of constrained_scalars.def: what a type refuses and how.
+template <class T>
+struct ScalarRow;
+
+#define ORB_SCALAR_WITH_TEXTS(Name, Default, IsValidAccess, BadTextId, BadTextText, ...) \
+  template <>                                                                            \
+  struct ScalarRow<Name> {                                                               \
+    using enum ScalarRule;                                                               \
+    static constexpr bool kReportsWithText = true;                                       \
+    using NotScalar = Korvax::datatypes::invalid##Name;                                  \
+    static constexpr const char* kNotScalarText = "Value not a numeric scalar";          \
+    using BadText = BadTextId;                                                           \
+    static constexpr const char* kBadTextText = BadTextText;                             \
+    static constexpr TextCheck kChecks[] = {__VA_ARGS__};                                \
+  };
+#define ORB_SCALAR_WITH_SLOT(Name, Default, NotScalarId, BadTextId, ...) \
+  template <>                                                            \
+  struct ScalarRow<Name> {                                               \
+    using enum ScalarRule;                                               \
+    static constexpr bool kReportsWithText = false;                      \
+    using NotScalar = NotScalarId;                                       \
+    using BadText = BadTextId;                                           \
+    static constexpr SlotCheck kChecks[] = {__VA_ARGS__};                \
+  };
+#include "datatype/scalars/constrained_scalars.def"
 
 // Finite when the exponent bits of the high word are not all set.
 bool hasFiniteExponent(double value) {
@@ -36,11 +85,29 @@ bool passes(ScalarRule rule, double value) {
   return false;
 }
 
+bool passesChecks(std::span<const TextCheck> checks, double value, ErrorMessage* err) {
+  for (const TextCheck& check : checks) {
+    if (passes(check.rule, value)) continue;
+    if (err != nullptr) *err = {Korvax::datatypes::valueOutsideValidRange::text_id, check.text};
+    return false;
+  }
+  return true;
+}
+
+bool passesChecks(std::span<const SlotCheck> checks, double value, boost::exception_ptr& slot) {
+  for (const SlotCheck& check : checks) {
+    if (passes(check.rule, value)) continue;
+    slot = check.exception();
+    return false;
+  }
+  return true;
+}
+
 template <class T>
 [[noreturn]] void refuseArray() {
   using Row = ScalarRow<T>;
-  if constexpr (ReportsWithText<T>) {
-    raiseWithText(Row::kNotScalar.id, Row::kNotScalar.text);
+  if constexpr (Row::kReportsWithText) {
+    raiseWithText<typename Row::NotScalar>(Row::kNotScalarText);
   } else {
     raise<typename Row::NotScalar>();
   }
@@ -49,8 +116,8 @@ template <class T>
 template <class T>
 [[noreturn]] void refuseText() {
   using Row = ScalarRow<T>;
-  if constexpr (ReportsWithText<T>) {
-    raiseWithText(Row::kBadText.id, Row::kBadText.text);
+  if constexpr (Row::kReportsWithText) {
+    raiseWithText<typename Row::BadText>(Row::kBadTextText);
   } else {
     raise<typename Row::BadText>();
   }
@@ -58,37 +125,26 @@ template <class T>
 
 }  // namespace
 
+#define ORB_SCALAR_IS_VALID_texts(Name) \
+  bool Name::isValid(double value, ErrorMessage* err) { return passesChecks(ScalarRow<Name>::kChecks, value, err); }
+#define ORB_SCALAR_IS_VALID_slot(Name)                           \
+  bool Name::isValid(double value, boost::exception_ptr& slot) { \
+    return passesChecks(ScalarRow<Name>::kChecks, value, slot);  \
+  }
+#define ORB_CONSTRAINED_SCALAR(Name, Default, Report, IsValidAccess) ORB_SCALAR_IS_VALID_##Report(Name)
+#include "datatype/scalars/constrained_scalars.def"
+
 template <class T>
 ConstrainedScalar<T>::ConstrainedScalar(double value) : value_(value) {
-  if constexpr (ReportsWithText<T>) {
-    if (isValid(value, nullptr)) return;
+  if constexpr (ScalarRow<T>::kReportsWithText) {
+    if (T::isValid(value, nullptr)) return;
     ErrorMessage failure;
-    isValid(value, &failure);
+    T::isValid(value, &failure);
     raiseWithText(failure.id.c_str(), failure.text);
   } else {
     boost::exception_ptr failure;
-    if (!isValid(value, failure)) zxReThrowException(failure);
+    if (!T::isValid(value, failure)) zxReThrowException(failure);
   }
-}
-
-template <class T>
-bool ConstrainedScalar<T>::isValid(double value, ErrorMessage* err) requires ReportsWithText<T> {
-  for (const TextCheck& check : ScalarRow<T>::kChecks) {
-    if (passes(check.rule, value)) continue;
-    if (err != nullptr) *err = {kOutsideValidRange, check.text};
-    return false;
-  }
-  return true;
-}
-
-template <class T>
-bool ConstrainedScalar<T>::isValid(double value, boost::exception_ptr& slot) requires(!ReportsWithText<T>) {
-  for (const SlotCheck& check : ScalarRow<T>::kChecks) {
-    if (passes(check.rule, value)) continue;
-    slot = check.exception();
-    return false;
-  }
-  return true;
 }
 
 template <class T>
@@ -102,7 +158,7 @@ struct ScalarRules {
   }
   static zxArray* toArray(const T& value) { return zxCreateDoubleScalar(value.getValue()); }
   // An empty slot reads back as the default, deliberately, never as an empty array.
-  static zxArray* noValueArray() { return zxCreateDoubleScalar(ScalarRow<T>::kDefault); }
+  static zxArray* noValueArray() { return zxCreateDoubleScalar(T::kDefault); }
 
   static T fromText(const char* text) {
     double number = 0.0;
@@ -121,12 +177,12 @@ struct ScalarRules {
   }
 };
 
-#define ORB_CONSTRAINED_SCALAR(Name) template class ConstrainedScalar<Name>;
+#define ORB_CONSTRAINED_SCALAR(Name, ...) template class ConstrainedScalar<Name>;
 #include "datatype/scalars/constrained_scalars.def"
 
 }  // namespace graphics::datatype
 
-#define ORB_CONSTRAINED_SCALAR(Name)                       \
+#define ORB_CONSTRAINED_SCALAR(Name, ...)                  \
   ORB_DEFINE_DATA_TYPE(graphics::datatype::Name##DataType) \
   ORB_DEFINE_CONVERSIONS(graphics::datatype::ScalarRules<graphics::datatype::Name>)
 #include "datatype/scalars/constrained_scalars.def"

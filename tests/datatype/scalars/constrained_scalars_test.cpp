@@ -126,7 +126,7 @@ const TypeRow kTypes[] = {
 };
 
 TEST_F(ConstrainedScalars, EveryRowIsRegisteredAndCovered) {
-#define ORB_CONSTRAINED_SCALAR(Name) #Name,
+#define ORB_CONSTRAINED_SCALAR(Name, ...) #Name,
   const std::string rows[] = {
 #include "datatype/scalars/constrained_scalars.def"
   };
