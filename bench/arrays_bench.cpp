@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 
 #include <bit>
+#include <boost/exception_ptr.hpp>
 #include <cstdint>
 #include <cstring>
 #include <random>

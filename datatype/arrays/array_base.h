@@ -4,13 +4,13 @@
 //   MinMaxArrayBase  an ArrayBase that finds and caches its smallest and largest finite element.
 #pragma once
 
-#include <boost/exception_ptr.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <string>
 
 #include "arraylib/zxarray.h"
+#include "datatype/exception_slot.h"
 #include "datatype/export.h"
 #include "guilib/auto_ptr.h"
 

@@ -11,6 +11,7 @@
 
 #include "arraylib/zxdispatch.h"
 #include "arraylib/zxerror.h"
+#include "arraylib/zxrethrow.h"
 #include "datatype/arrays/array_base.h"
 #include "datatype/errors.h"
 #include "guilib/convert_from_string_utils.h"
@@ -286,6 +287,11 @@ bool checkPredicate(const Row& row, const PredicateRule& rule, const zxArray* ar
     case Failure::infinite: failure = sharedFailure<ids::Inf>(row.name); break;
   }
   return false;
+}
+
+bool checkPredicate(const Row& row, const PredicateRule& rule, const zxArray* array) {
+  boost::exception_ptr ignored;
+  return checkPredicate(row, rule, array, ignored);
 }
 
 bool acceptsAsEmpty(const Row& row, const zxArray* array) {

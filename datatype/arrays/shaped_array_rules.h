@@ -3,11 +3,11 @@
 // engine that checks an array against a predicate's rule, and the conversion steps of the family.
 #pragma once
 
-#include <boost/exception_ptr.hpp>
 #include <cstddef>
 #include <cstdint>
 
 #include "arraylib/zxarray.h"
+#include "datatype/exception_slot.h"
 #include "datatype/export.h"
 #include "guilib/auto_ptr.h"
 
@@ -128,6 +128,8 @@ struct PredicateRule {
 // on an array whose shape and class passed. Each failure is stored in failure by plain assignment
 // (the last one wins). A null array fails with the Size identifier.
 bool checkPredicate(const Row& row, const PredicateRule& rule, const zxArray* array, boost::exception_ptr& failure);
+// The same where the failure is not wanted.
+bool checkPredicate(const Row& row, const PredicateRule& rule, const zxArray* array);
 // Whether the row's empty shortcut accepts array (null or 0-by-0) before any predicate.
 bool acceptsAsEmpty(const Row& row, const zxArray* array);
 // Raises the error that value.isValid records for array; a null array is not checked.

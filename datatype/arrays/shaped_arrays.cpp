@@ -2,6 +2,7 @@
 // conversion rules.
 #include "datatype/arrays/shaped_arrays.h"
 
+#include <boost/exception_ptr.hpp>
 #include <memory>
 #include <optional>
 #include <string>

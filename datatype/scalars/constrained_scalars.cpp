@@ -10,6 +10,7 @@
 
 #include "arraylib/zxarray.h"
 #include "arraylib/zxformat.h"
+#include "arraylib/zxrethrow.h"
 #include "datatype/conversion_definitions.h"
 #include "datatype/conversion_support.h"
 #include "datatype/data_type_definitions.h"

@@ -13,11 +13,8 @@
 
 #include "datatype/conversions.h"
 #include "datatype/data_type_base.h"
+#include "datatype/exception_slot.h"
 #include "datatype/export.h"
-
-namespace boost {
-class exception_ptr;
-}  // namespace boost
 
 namespace graphics::datatype {
 

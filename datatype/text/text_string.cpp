@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "arraylib/zxerror.h"
+#include "arraylib/zxrethrow.h"
 #include "datatype/conversion_definitions.h"
 #include "datatype/data_type_definitions.h"
 #include "datatype/errors.h"

@@ -2,7 +2,6 @@
 // gave (a character matrix or a column cell of character arrays), with its data type and conversions.
 #pragma once
 
-#include <boost/exception_ptr.hpp>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -10,6 +9,7 @@
 #include "datatype/arrays/array_base.h"
 #include "datatype/conversions.h"
 #include "datatype/data_type_base.h"
+#include "datatype/exception_slot.h"
 #include "datatype/export.h"
 
 namespace graphics::datatype {

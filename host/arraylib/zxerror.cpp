@@ -4,6 +4,8 @@
 #include <cstdarg>
 #include <cstdio>
 
+#include "arraylib/zxrethrow.h"
+
 namespace {
 
 struct NumberedError {

@@ -1,5 +1,6 @@
 // The host's error and warning path: call frames, the host's own error, the raising calls and the
-// warning log.
+// warning log. The re-raising of a caught exception (zxReThrowException) has a header of its own,
+// zxrethrow.h, so that this one stays light.
 //
 // The host runs every call into a library inside a zx::CallFrame. While a frame is active, an
 // error raised through this path is the host's own zx::HostError (identifier plus the catalog's
@@ -7,7 +8,6 @@
 // throws its own exception, and the other raising calls throw zx::HostError directly.
 #pragma once
 
-#include <boost/exception_ptr.hpp>
 #include <exception>
 #include <string>
 #include <vector>
@@ -37,9 +37,6 @@ void do_legacy_zx_error(const fl::except::IUserException& error);
 [[noreturn]] void zxErrMsg(zxErrorMessage message);
 // Raises the identifier with the catalog's text and the given arguments.
 [[noreturn]] void zxErrMsgWrapper(const fl::i18n::BaseMsgID& message);
-// Re-raises a caught exception: message-identifier errors become host errors inside a frame;
-// anything else is rethrown as it is.
-[[noreturn]] void zxReThrowException(const boost::exception_ptr& caught);
 // Records a warning in the warning log; execution goes on.
 void zxWarningMsgId(const fl::i18n::BaseMsgID& message);
 

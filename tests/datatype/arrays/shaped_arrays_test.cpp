@@ -8,6 +8,7 @@
 #include <string>
 
 #include "../support.h"
+#include "arraylib/zxrethrow.h"
 #include "orbdt/literal.h"
 
 namespace {

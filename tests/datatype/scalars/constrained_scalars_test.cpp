@@ -2,6 +2,7 @@
 // texts, refused arrays and texts, defaults, and the two isValid forms.
 #include "datatype/scalars/constrained_scalars.h"
 
+#include <boost/exception_ptr.hpp>
 #include <cstdint>
 #include <functional>
 #include <limits>

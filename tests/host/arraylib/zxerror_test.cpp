@@ -1,5 +1,6 @@
 // Tests of the error and warning path, with and without a call frame.
 #include "arraylib/zxerror.h"
+#include "arraylib/zxrethrow.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,0 +1,10 @@
+// Re-raising an exception that a caller caught into an exception slot.
+#pragma once
+
+#include <boost/exception_ptr.hpp>
+
+#include "arraylib/zxerror.h"
+
+// Re-raises a caught exception: message-identifier errors become host errors inside a frame;
+// anything else is rethrown as it is.
+[[noreturn]] void zxReThrowException(const boost::exception_ptr& caught);
