@@ -1,0 +1,186 @@
+// A sweep over every type of the master list, through the class system as a host reaches it: names
+// and registration, sizes, the cached default and its copies, round trips of the default through both
+// conversions, the possible values, and a refusal that stores nothing and carries a catalog text.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <ostream>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "arraylib/zxarray.h"
+#include "arraylib/zxformat.h"
+#include "datatype/all_types.h"
+#include "foundationlib/i18n/catalog.h"
+#include "guilib/auto_ptr.h"
+#include "objsys/cos_package.h"
+#include "support.h"
+#include "utillib/ut.h"
+
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/allocator_interface.h>
+#else
+#include <malloc.h>
+#endif
+
+namespace {
+
+using namespace graphics::datatype;
+using objsys::COSValue;
+
+struct TypeRow {
+  const char* name;
+  objsys::COSDataType* (*dataType)();
+  const char* (*fullName)();
+};
+
+#define ORB_TYPE(Name, DataType, ArrayConversion, TextConversion) \
+  TypeRow{#Name, [] { return static_cast<objsys::COSDataType*>(DataType::getType()); }, &DataType::getDataTypeName},
+const TypeRow kEveryType[] = {
+#include "datatype/all_types.def"
+};
+
+std::size_t heapInUse() {
+#if defined(__SANITIZE_ADDRESS__)
+  return __sanitizer_get_current_allocated_bytes();
+#else
+  return mallinfo2().uordblks;
+#endif
+}
+
+class EveryType : public orbtest::DataTypeTest, public ::testing::WithParamInterface<TypeRow> {
+ protected:
+  objsys::COSDataType& type = *GetParam().dataType();
+  const std::string fullName = GetParam().fullName();
+  const objsys::COSTypeConversion* arrays = objsys::COSTypeRepository::getConversion("any", fullName.c_str());
+  const objsys::COSTypeConversion* texts = objsys::COSTypeRepository::getConversion("asciiString", fullName.c_str());
+
+  // Whether what value reads back as is accepted when stored again, and settles: read-backs are
+  // compared rather than values, and from the second on. A value holding nothing reads back as a
+  // 0-by-0 array, which is stored as a value holding that array (deliberately unequal to holding
+  // nothing) and may read back in the type's canonical empty shape.
+  void expectArrayRoundTrip(COSValue value) {
+    gui_objects::ZxArrayPtr readBack(arrays->to(value).as<zxArray>());
+    std::string previous;
+    for (int pass = 0; pass < 2; ++pass) {
+      ASSERT_NE(readBack, nullptr);
+      const COSValue again = arrays->from(COSValue(readBack.get()));
+      readBack.reset(arrays->to(again).as<zxArray>());
+      type.destroy(again);
+      if (pass == 1) {
+        EXPECT_EQ(describe(readBack.get()), previous);
+      }
+      previous = describe(readBack.get());
+    }
+  }
+  // The same for text; no text at all is a type without a text form.
+  void expectTextRoundTrip(COSValue value) {
+    const COSValue text = texts->to(value);
+    if (text.isEmpty()) return;
+    SCOPED_TRACE(std::string("text ") + text.as<const char>());
+    const COSValue again = texts->from(text);
+    const COSValue textAgain = texts->to(again);
+    ASSERT_FALSE(textAgain.isEmpty());
+    EXPECT_STREQ(textAgain.as<const char>(), text.as<const char>());
+    type.destroy(again);
+    utFree(text.pointer());
+    utFree(textAgain.pointer());
+  }
+  static std::string describe(const zxArray* array) {
+    std::string text = zxGetClassName(array);
+    for (zxSize d = 0; d < zxGetNumberOfDimensions(array); ++d) text += " " + std::to_string(zxGetDimensions(array)[d]);
+    return text + " " + zx::canonicalText(array);
+  }
+};
+
+class EveryTypeList : public orbtest::DataTypeTest {};
+
+TEST_F(EveryTypeList, NamesAreUniqueAndTheListIsTheRegisteredPackage) {
+  std::set<std::string> names;
+  for (const TypeRow& row : kEveryType) EXPECT_TRUE(names.insert(row.fullName()).second) << row.name;
+  std::set<std::string> registered;
+  for (const objsys::COSDataType* type : objsys::COSPackage::getPackage(kPackageName)->getDataTypes()) {
+    registered.insert(std::string(kPackageName) + "." + type->getName());
+  }
+  EXPECT_EQ(names, registered);
+}
+
+TEST_P(EveryType, IsRegisteredUnderItsNamesWithConsistentSizes) {
+  EXPECT_EQ(fullName, std::string(kPackageName) + "." + GetParam().name);
+  EXPECT_STREQ(type.getName(), GetParam().name);
+  EXPECT_STREQ(type.getDeclarationName(), GetParam().name);
+  EXPECT_EQ(objsys::COSTypeRepository::getType(fullName.c_str()), &type);
+  EXPECT_NE(arrays, nullptr);
+  EXPECT_NE(texts, nullptr);
+  EXPECT_STREQ(type.getCategoryName(), "Fundamental");
+  EXPECT_EQ(type.getStorageType(), objsys::cosStorageIndirect);
+  EXPECT_GT(type.getValueSizeInBytes(COSValue()), 0u);
+  EXPECT_EQ(type.getSizeInBits(), 8 * type.getValueSizeInBytes(COSValue()));
+}
+
+TEST_P(EveryType, TheDefaultIsSharedAndEqualToItsCopy) {
+  const COSValue value = type.getDefaultValue();
+  ASSERT_FALSE(value.isEmpty());
+  EXPECT_EQ(type.getDefaultValue(), value);
+  const COSValue copy = type.copy(value);
+  EXPECT_NE(copy, value);
+  EXPECT_TRUE(type.isEqual(copy, value));
+  EXPECT_EQ(type.compare(copy, value), objsys::cosEqual);
+  type.destroy(copy);
+}
+
+TEST_P(EveryType, TheDefaultSurvivesBothConversions) {
+  ASSERT_NE(arrays, nullptr);
+  ASSERT_NE(texts, nullptr);
+  const COSValue value = type.getDefaultValue();
+  expectArrayRoundTrip(value);
+  expectTextRoundTrip(value);
+  // An empty slot reads back as some array and as no text, never as an error.
+  EXPECT_FALSE(arrays->to(COSValue()).isEmpty());
+  EXPECT_TRUE(texts->to(COSValue()).isEmpty());
+}
+
+TEST_P(EveryType, PossibleValuesAreValuesOfTheTypeThatReadBack) {
+  if (!type.isPossibleValuesFinite()) GTEST_SKIP() << "no named values";
+  objsys::COSEnumerationRef values(type.getPossibleValues());
+  ASSERT_TRUE(values);
+  int count = 0;
+  while (values->hasMoreElements()) {
+    const COSValue value = values->nextElement();
+    ASSERT_FALSE(value.isEmpty());
+    expectArrayRoundTrip(value);
+    expectTextRoundTrip(value);
+    ++count;
+  }
+  EXPECT_GT(count, 0);
+}
+
+// The first refusal may make what is made once per process (the type's tables, the catalog); from the
+// second on, a refusal leaves the heap as it found it.
+TEST_P(EveryType, ARefusedArrayRaisesACatalogedIdentifierAndStoresNothing) {
+  const char* field = "a";
+  zxArray* record = zxCreateStructMatrix(1, 1, 1, &field);
+  zxSetFieldByNumber(record, 0, 0, zxCreateDoubleScalar(1));
+  const auto refuse = [&] {
+    try {
+      type.destroy(arrays->from(COSValue(record)));
+      ADD_FAILURE() << "a struct was accepted";
+    } catch (const fl::except::IMsgIDException& error) {
+      EXPECT_TRUE(fl::i18n::MessageCatalog::instance().find(error.get_error_id()).has_value()) << error.get_error_id();
+    }
+  };
+  refuse();
+  const std::size_t before = heapInUse();
+  refuse();
+  EXPECT_EQ(heapInUse(), before);
+  zxDestroyArray(record);
+}
+
+std::string nameOf(const ::testing::TestParamInfo<TypeRow>& info) { return info.param.name; }
+void PrintTo(const TypeRow& row, std::ostream* out) { *out << row.name; }
+
+INSTANTIATE_TEST_SUITE_P(MasterList, EveryType, ::testing::ValuesIn(kEveryType), nameOf);
+
+}  // namespace
