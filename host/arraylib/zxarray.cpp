@@ -8,6 +8,8 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -294,10 +296,12 @@ double valueAsDouble(zxClassID classID, const void* data, zxSize index) {
 
 zxArray* newStructArray(Dims dims, int nfields, const char* const* fieldNames) {
   std::unique_ptr<zxArray> array(newHeader(zxSTRUCT_CLASS, std::move(dims)));
+  auto& names = array->payload->fieldNames;
+  names.reserve(static_cast<zxSize>(std::max(nfields, 0)));
+  // Views of the caller's names, which outlive this call, keep repeated names out in linear time.
+  std::unordered_set<std::string_view> seen;
   for (int f = 0; f < nfields; ++f) {
-    const std::string name = fieldNames[f];
-    auto& names = array->payload->fieldNames;
-    if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
+    if (seen.insert(fieldNames[f]).second) names.emplace_back(fieldNames[f]);
   }
   array->payload->elements.assign(checkedProduct(array->numel, array->payload->fieldNames.size()), nullptr);
   FrameAccess::link(array.get());

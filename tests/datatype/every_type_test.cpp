@@ -20,7 +20,8 @@
 #include "utillib/ut.h"
 
 #if defined(__SANITIZE_ADDRESS__)
-#include <sanitizer/allocator_interface.h>
+// Declared here because GCC does not ship the sanitizer's public headers; the runtime defines it.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #else
 #include <malloc.h>
 #endif

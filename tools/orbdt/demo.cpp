@@ -50,7 +50,8 @@ int runDemo(const HostSession& host, std::ostream& out) {
   int unexpected = 0;
   for (const DemoStep& step : kSteps) {
     const nlohmann::json request = {{"op", "set"}, {"type", step.type}, {"value", step.literal}};
-    const Response response = runRequest(host, request);
+    cmdlang::ByteBudget budget(kDefaultMaxRequestBytes);
+    const Response response = runRequest(host, request, budget, Form::Text);
     if (response.exitStatus == 2) continue;  // the type is not registered in this build
     const std::string assignment = std::string(step.property) + " = " + step.literal;
     out << std::left << std::setw(40) << assignment;

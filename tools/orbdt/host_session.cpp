@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <climits>
 #include <cstdlib>
+#include <filesystem>
+#include <system_error>
 
 #include "objsys/builtin_types.h"
 #include "objsys/cos_package.h"
@@ -13,15 +15,38 @@
 
 namespace orbdt {
 
-HostSession::HostSession(const std::string& libraryPath) {
+namespace {
+
+constexpr const char* kDefaultChooser = "the default beside orbdt";
+
+// Why a library file failed to load: what is wrong with the file when that can be told, else the
+// loader's message without the path it starts with.
+std::string loadFailureReason(const std::string& path) {
+  std::error_code error;
+  if (path.find('/') != std::string::npos) {
+    const auto status = std::filesystem::status(path, error);
+    if (status.type() == std::filesystem::file_type::not_found) return "no such file";
+    if (status.type() == std::filesystem::file_type::directory) return "it is a directory";
+  }
+  std::string reason = utLibraryError();
+  if (reason.rfind(path + ": ", 0) == 0) reason.erase(0, path.size() + 2);
+  return reason.empty() ? "the loader gave no reason" : reason;
+}
+
+}  // namespace
+
+HostSession::HostSession(const LibraryLocation& library) {
   objsys::registerBuiltinTypes();
-  if (!utLoadLibrary(libraryPath.c_str(), &library_)) {
-    throw std::runtime_error("cannot load " + libraryPath + ": " + utLibraryError());
+  const std::string named = library.path + " (" + library.chosenBy + ")";
+  if (!utLoadLibrary(library.path.c_str(), &library_)) {
+    throw std::runtime_error("cannot load the data type library " + named + ": " + loadFailureReason(library.path));
   }
   auto initialize = reinterpret_cast<void (*)(const char*)>(utGetLibrarySymbol(library_, "KXInitialize_orbdatatypes"));
   terminate_ = reinterpret_cast<void (*)()>(utGetLibrarySymbol(library_, "KXTerminate_orbdatatypes"));
   if (initialize == nullptr || terminate_ == nullptr) {
-    throw std::runtime_error(libraryPath + " has no KXInitialize_orbdatatypes or KXTerminate_orbdatatypes");
+    throw std::runtime_error(named +
+                             " is not the data type library: it has no KXInitialize_orbdatatypes or "
+                             "KXTerminate_orbdatatypes");
   }
   initialize(nullptr);
 }
@@ -55,14 +80,23 @@ std::vector<std::string> HostSession::typeNames() const {
   return names;
 }
 
-std::string HostSession::defaultLibraryPath() {
-  if (const char* path = std::getenv("ORBDT_LIBRARY")) return path;
+LibraryLocation HostSession::defaultLibrary() {
+  LibraryLocation beside{"liborbdatatypes.so", kDefaultChooser};
   char self[PATH_MAX];
   const ssize_t length = readlink("/proc/self/exe", self, sizeof self - 1);
-  if (length <= 0) return "liborbdatatypes.so";
-  std::string program(self, static_cast<std::size_t>(length));
-  const std::string dir = program.substr(0, program.rfind('/'));
-  return dir + "/../lib/liborbdatatypes.so";
+  if (length > 0) {
+    const std::string program(self, static_cast<std::size_t>(length));
+    beside.path = program.substr(0, program.rfind('/')) + "/../lib/liborbdatatypes.so";
+  }
+  const char* named = std::getenv("ORBDT_LIBRARY");
+  if (named == nullptr) return beside;
+  if (*named == '\0') {
+    throw std::runtime_error(
+        "ORBDT_LIBRARY is set but empty: set it to the path of the data type library, or unset "
+        "it to load " +
+        beside.path);
+  }
+  return {named, "named by ORBDT_LIBRARY"};
 }
 
 }  // namespace orbdt

@@ -2,25 +2,14 @@
 // conversions only through the class system's repository, by name.
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "objsys/cos_data_type.h"
 #include "objsys/cos_type_conversion.h"
+#include "orbdt/usage_error.h"
 
 namespace orbdt {
-
-// A usage error: an unknown type, a bad literal or a malformed request. id is "orbdt:UnknownType",
-// "orbdt:BadLiteral" or "orbdt:BadRequest".
-class UsageError : public std::runtime_error {
- public:
-  UsageError(std::string id, const std::string& message) : std::runtime_error(message), id_(std::move(id)) {}
-  const std::string& id() const { return id_; }
-
- private:
-  std::string id_;
-};
 
 // A registered data type with its conversions, found by name.
 struct TypeHandle {
@@ -32,11 +21,17 @@ struct TypeHandle {
 
 inline constexpr const char* kPackage = "korvax.graphics.datatype";
 
+// The file of the data type library and what chose it, for messages.
+struct LibraryLocation {
+  std::string path;
+  std::string chosenBy;  // "named by ORBDT_LIBRARY" or "the default beside orbdt"
+};
+
 class HostSession {
  public:
-  // Registers the class system's own types, loads the library at libraryPath and starts it. Throws
-  // std::runtime_error when the library cannot be loaded or lacks its entry point.
-  explicit HostSession(const std::string& libraryPath);
+  // Registers the class system's own types, loads the library and starts it. Throws
+  // std::runtime_error naming the file when it cannot be loaded or lacks its entry points.
+  explicit HostSession(const LibraryLocation& library);
   ~HostSession();
   HostSession(const HostSession&) = delete;
   HostSession& operator=(const HostSession&) = delete;
@@ -46,9 +41,10 @@ class HostSession {
   // The full names of the package's data types, sorted.
   std::vector<std::string> typeNames() const;
 
-  // The library next to this program: <program dir>/../lib/liborbdatatypes.so, unless the
-  // environment variable ORBDT_LIBRARY names another.
-  static std::string defaultLibraryPath();
+  // The library next to this program, <program dir>/../lib/liborbdatatypes.so, unless the
+  // environment variable ORBDT_LIBRARY names another. Throws std::runtime_error when ORBDT_LIBRARY is
+  // set but empty.
+  static LibraryLocation defaultLibrary();
 
  private:
   void* library_ = nullptr;

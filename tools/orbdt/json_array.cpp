@@ -7,6 +7,7 @@
 #include <limits>
 #include <string>
 #include <type_traits>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -20,8 +21,9 @@ using nlohmann::json;
 
 namespace {
 
+// The most elements an array may span, as for literals: within it no product of dimensions
+// overflows.
 constexpr zxSize kMaxElements = zxSize{1} << 40;
-constexpr int kMaxDepth = 256;
 
 json dimsToJson(const zxArray* array) {
   const zxSize* dims = zxGetDimensions(array);
@@ -82,11 +84,20 @@ json structToJson(const zxArray* array) {
   return json{{"fields", std::move(fields)}, {"elements", std::move(elements)}};
 }
 
-// Reads ARRAY objects, tracking the path of the member being read for error messages.
+std::string dimsText(const std::vector<zxSize>& dims) {
+  std::string text;
+  for (const zxSize d : dims) text += (text.empty() ? "" : "x") + std::to_string(d);
+  return text;
+}
+
+// Reads ARRAY objects, tracking the path of the member being read for error messages. Paths of
+// elements are only spelled out when one fails.
 class Reader {
  public:
+  explicit Reader(cmdlang::ByteBudget& budget) : budget_(budget) {}
+
   ZxArrayPtr read(const json& object, const std::string& path) {
-    if (depth_ >= kMaxDepth) fail(path, "nested too deeply");
+    if (depth_ >= cmdlang::kMaxLiteralDepth) fail(path, "nested too deeply");
     ++depth_;
     ZxArrayPtr result = readObject(object, path);
     --depth_;
@@ -95,7 +106,16 @@ class Reader {
 
  private:
   [[noreturn]] static void fail(const std::string& path, const std::string& what) {
-    throw LiteralError(path + ": " + what);
+    throw cmdlang::LiteralError(path + ": " + what);
+  }
+
+  static std::string elementPath(const std::string& path, const char* member, zxSize index) {
+    return path + "." + member + "[" + std::to_string(index) + "]";
+  }
+
+  [[noreturn]] static void failElement(const std::string& path, const char* member, zxSize index,
+                                       const std::string& what) {
+    fail(elementPath(path, member, index), what);
   }
 
   static const json& member(const json& object, const char* name, const std::string& path) {
@@ -125,16 +145,27 @@ class Reader {
     const json& dims = member(object, "dims", path);
     if (!dims.is_array() || dims.size() < 2) fail(path + ".dims", "must list at least two dimensions");
     std::vector<zxSize> result;
-    zxSize count = 1;
     for (const json& d : dims) {
       if (!d.is_number_unsigned()) fail(path + ".dims", "dimensions must be non-negative integers");
-      const auto value = d.get<std::uint64_t>();
-      if (value > kMaxElements || (value != 0 && count > kMaxElements / value))
-        fail(path + ".dims", "too many elements");
-      count *= value;
-      result.push_back(value);
+      result.push_back(d.get<std::uint64_t>());
     }
     return result;
+  }
+
+  // Charges an array of dims with elements of bytesEach before it is made, then refuses dimensions
+  // whose products would overflow the host's sizes.
+  void charge(const std::vector<zxSize>& dims, std::size_t bytesEach, const std::string& className,
+              const std::string& path) {
+    zxSize count = 1;
+    zxSize extent = 1;
+    for (const zxSize d : dims) {
+      count = cmdlang::saturatingMultiply(count, d);
+      if (d != 0) extent = cmdlang::saturatingMultiply(extent, d);
+    }
+    const std::string what = path + ": a " + dimsText(dims) + " " + className + " array";
+    budget_.charge(cmdlang::saturatingMultiply(count, bytesEach), what);
+    budget_.charge(cmdlang::kArrayOverhead, what);
+    if (extent > kMaxElements) fail(path + ".dims", "too many elements");
   }
 
   ZxArrayPtr readObject(const json& object, const std::string& path) {
@@ -143,9 +174,9 @@ class Reader {
     if (!classJson.is_string()) fail(path + ".class", "must be a string");
     const auto className = classJson.get<std::string>();
     const std::vector<zxSize> dims = readDims(object, path);
-    if (const std::optional<zxClassID> classID = valueClassNamed(className)) {
+    if (const std::optional<zxClassID> classID = cmdlang::valueClassNamed(className)) {
       allowOnly(object, {"re", "im", "sparse"}, path);
-      return readValues(object, *classID, dims, path);
+      return readValues(object, *classID, className, dims, path);
     }
     if (className == "char") {
       allowOnly(object, {"rows"}, path);
@@ -166,24 +197,26 @@ class Reader {
   }
 
   template <class T>
-  static T readElement(const json& value, const std::string& path) {
+  static T readElement(const json& value, const std::string& path, const char* member, zxSize index) {
     if constexpr (std::is_same_v<T, zxLogical>) {
       if (value.is_boolean()) return value.get<bool>();
       if (value.is_number()) {
         const auto number = value.get<double>();
         if (number == 0 || number == 1) return number == 1;
       }
-      fail(path, "logical elements must be 0 or 1, not " + value.dump());
+      failElement(path, member, index, "logical elements must be 0 or 1, not " + value.dump());
     } else if constexpr (std::is_floating_point_v<T>) {
       if (value.is_string()) {
-        const auto text = value.get<std::string>();
+        const auto& text = value.get_ref<const std::string&>();
         if (text == "NaN") return std::numeric_limits<T>::quiet_NaN();
         if (text == "Inf") return std::numeric_limits<T>::infinity();
         if (text == "-Inf") return -std::numeric_limits<T>::infinity();
       }
-      if (!value.is_number()) fail(path, "expected a number, \"NaN\", \"Inf\" or \"-Inf\", not " + value.dump());
+      if (!value.is_number())
+        failElement(path, member, index, "expected a number, \"NaN\", \"Inf\" or \"-Inf\", not " + value.dump());
       const auto number = value.get<double>();
-      if (std::fabs(number) > std::numeric_limits<T>::max()) fail(path, value.dump() + " is out of range for single");
+      if (std::fabs(number) > std::numeric_limits<T>::max())
+        failElement(path, member, index, value.dump() + " is out of range for single");
       return static_cast<T>(number);
     } else {
       if (value.is_number_unsigned()) {
@@ -194,27 +227,23 @@ class Reader {
         if (std::in_range<T>(number)) return static_cast<T>(number);
       } else if (value.is_number_float()) {
         const auto number = value.get<double>();
-        if (std::floor(number) != number) fail(path, value.dump() + " is not a whole number");
+        if (std::floor(number) != number) failElement(path, member, index, value.dump() + " is not a whole number");
         // As doubles the upper limits of the 64-bit classes round up to 2^63 and 2^64, so "<" is exact.
         if (number >= static_cast<double>(std::numeric_limits<T>::min()) &&
             number < static_cast<double>(std::numeric_limits<T>::max()) + 1.0) {
           return static_cast<T>(number);
         }
       } else {
-        fail(path, "expected an integer, not " + value.dump());
+        failElement(path, member, index, "expected an integer, not " + value.dump());
       }
-      fail(path, value.dump() + " is out of range for its class");
+      failElement(path, member, index, value.dump() + " is out of range for its class");
     }
   }
 
-  static ZxArrayPtr readValues(const json& object, zxClassID classID, const std::vector<zxSize>& dims,
-                               const std::string& path) {
-    zxSize count = 1;
-    for (const zxSize d : dims) count *= d;
-    const json& re = arrayMember(object, "re", count, path);
+  ZxArrayPtr readValues(const json& object, zxClassID classID, const std::string& className,
+                        const std::vector<zxSize>& dims, const std::string& path) {
     const bool complex = object.contains("im");
     if (complex && classID == zxLOGICAL_CLASS) fail(path + ".im", "logical arrays cannot be complex");
-    const json* im = complex ? &arrayMember(object, "im", count, path) : nullptr;
     bool sparse = false;
     if (object.contains("sparse")) {
       if (!object.at("sparse").is_boolean()) fail(path + ".sparse", "must be true or false");
@@ -223,46 +252,59 @@ class Reader {
     if (sparse && ((classID != zxDOUBLE_CLASS && classID != zxLOGICAL_CLASS) || dims.size() != 2)) {
       fail(path + ".sparse", "only 2-D double and logical arrays can be sparse");
     }
+    std::size_t bytesEach = 0;
+    zx::dispatchNumericOrLogical(classID, [&](auto type) { bytesEach = sizeof(typename decltype(type)::type); });
+    charge(dims, bytesEach * (complex ? 2 : 1), className, path);
+    zxSize count = 1;
+    for (const zxSize d : dims) count *= d;
+    const json& re = arrayMember(object, "re", count, path);
+    const json* im = complex ? &arrayMember(object, "im", count, path) : nullptr;
     ZxArrayPtr result(zxCreateNumericArray(dims.size(), dims.data(), classID, complex ? zxCOMPLEX : zxREAL));
     zx::dispatchNumericOrLogical(classID, [&](auto type) {
       using T = typename decltype(type)::type;
       T* values = static_cast<T*>(zxGetWritableData(result.get()));
-      for (zxSize i = 0; i < count; ++i) values[i] = readElement<T>(re[i], path + ".re[" + std::to_string(i) + "]");
+      for (zxSize i = 0; i < count; ++i) values[i] = readElement<T>(re[i], path, "re", i);
       if (im != nullptr) {
         T* imag = static_cast<T*>(zxGetWritableImagData(result.get()));
-        for (zxSize i = 0; i < count; ++i) {
-          imag[i] = readElement<T>((*im)[i], path + ".im[" + std::to_string(i) + "]");
-        }
+        for (zxSize i = 0; i < count; ++i) imag[i] = readElement<T>((*im)[i], path, "im", i);
       }
     });
-    return sparse ? makeSparse(result.get()) : std::move(result);
+    return sparse ? cmdlang::makeSparse(result.get(), budget_) : std::move(result);
   }
 
-  static ZxArrayPtr readText(const json& object, const std::vector<zxSize>& dims, const std::string& path) {
+  ZxArrayPtr readText(const json& object, const std::vector<zxSize>& dims, const std::string& path) {
+    // The array and each row's UTF-16 units on the way into it.
+    charge(dims, 2 * sizeof(zxChar), "char", path);
     const json& rows = arrayMember(object, "rows", dims[0], path);
     zxSize width = 1;
     for (std::size_t i = 1; i < dims.size(); ++i) width *= dims[i];
+    // Every row is checked before the array is made.
+    for (zxSize r = 0; r < dims[0]; ++r) {
+      if (!rows[r].is_string()) fail(elementPath(path, "rows", r), "expected a string");
+      const std::size_t units = fl::i18n::utf8ToUtf16(rows[r].get_ref<const std::string&>()).size();
+      if (units != width) {
+        fail(elementPath(path, "rows", r),
+             "has " + std::to_string(units) + " UTF-16 units where the dims need " + std::to_string(width));
+      }
+    }
     ZxArrayPtr result(zxCreateCharArray(dims.size(), dims.data()));
     zxChar* chars = zxGetWritableChars(result.get());
     for (zxSize r = 0; r < dims[0]; ++r) {
-      const std::string rowPath = path + ".rows[" + std::to_string(r) + "]";
-      if (!rows[r].is_string()) fail(rowPath, "expected a string");
-      const std::u16string units = fl::i18n::utf8ToUtf16(rows[r].get<std::string>());
-      if (units.size() != width) {
-        fail(rowPath,
-             "has " + std::to_string(units.size()) + " UTF-16 units where the dims need " + std::to_string(width));
-      }
+      const std::u16string units = fl::i18n::utf8ToUtf16(rows[r].get_ref<const std::string&>());
       for (zxSize c = 0; c < width; ++c) chars[r + c * dims[0]] = units[c];
     }
     return result;
   }
 
   ZxArrayPtr readCell(const json& object, const std::vector<zxSize>& dims, const std::string& path) {
+    charge(dims, sizeof(zxArray*), "cell", path);
+    zxSize count = 1;
+    for (const zxSize d : dims) count *= d;
+    const json& cells = arrayMember(object, "cells", count, path);
     ZxArrayPtr result(zxCreateCellArray(dims.size(), dims.data()));
-    const json& cells = arrayMember(object, "cells", zxGetNumberOfElements(result.get()), path);
     for (zxSize i = 0; i < cells.size(); ++i) {
       if (cells[i].is_null()) continue;
-      zxSetCell(result.get(), i, read(cells[i], path + ".cells[" + std::to_string(i) + "]").release());
+      zxSetCell(result.get(), i, read(cells[i], elementPath(path, "cells", i)).release());
     }
     return result;
   }
@@ -270,34 +312,42 @@ class Reader {
   ZxArrayPtr readStruct(const json& object, const std::vector<zxSize>& dims, const std::string& path) {
     const json& fields = member(object, "fields", path);
     if (!fields.is_array()) fail(path + ".fields", "expected an array of names");
-    std::vector<std::string> names;
+    // Each field costs its slot in every element, its name and its entry in the lookup by name.
+    constexpr std::size_t kFieldCost = 160;
+    budget_.charge(cmdlang::saturatingMultiply(fields.size(), kFieldCost),
+                   path + ".fields: " + std::to_string(fields.size()) + " fields");
+    charge(dims, cmdlang::saturatingMultiply(fields.size(), sizeof(zxArray*)), "struct", path);
+    std::vector<const char*> names;
+    names.reserve(fields.size());
+    std::unordered_map<std::string_view, int> numbers;
     for (const json& field : fields) {
-      if (!field.is_string() || !isFieldName(field.get<std::string>())) {
+      if (!field.is_string() || !cmdlang::isFieldName(field.get_ref<const std::string&>())) {
         fail(path + ".fields", "invalid field name " + field.dump());
       }
-      if (std::find(names.begin(), names.end(), field.get<std::string>()) != names.end()) {
+      const std::string& name = field.get_ref<const std::string&>();
+      if (!numbers.emplace(name, static_cast<int>(names.size())).second) {
         fail(path + ".fields", "duplicate field " + field.dump());
       }
-      names.push_back(field.get<std::string>());
+      names.push_back(name.c_str());
     }
-    std::vector<const char*> pointers;
-    for (const std::string& name : names) pointers.push_back(name.c_str());
-    ZxArrayPtr result(
-        zxCreateStructArray(dims.size(), dims.data(), static_cast<int>(pointers.size()), pointers.data()));
-    const json& elements = arrayMember(object, "elements", zxGetNumberOfElements(result.get()), path);
+    zxSize count = 1;
+    for (const zxSize d : dims) count *= d;
+    const json& elements = arrayMember(object, "elements", count, path);
+    ZxArrayPtr result(zxCreateStructArray(dims.size(), dims.data(), static_cast<int>(names.size()), names.data()));
     for (zxSize i = 0; i < elements.size(); ++i) {
-      const std::string elementPath = path + ".elements[" + std::to_string(i) + "]";
-      if (!elements[i].is_object()) fail(elementPath, "expected an object");
+      if (!elements[i].is_object()) fail(elementPath(path, "elements", i), "expected an object");
       for (const auto& [key, value] : elements[i].items()) {
-        const int field = zxGetFieldNumber(result.get(), key.c_str());
-        if (field < 0) fail(elementPath, "unknown field '" + key + "'");
+        const auto field = numbers.find(key);
+        if (field == numbers.end()) fail(elementPath(path, "elements", i), "unknown field '" + key + "'");
         if (value.is_null()) continue;
-        zxSetFieldByNumber(result.get(), i, field, read(value, elementPath + "." + key).release());
+        const std::string fieldPath = elementPath(path, "elements", i) + "." + key;
+        zxSetFieldByNumber(result.get(), i, field->second, read(value, fieldPath).release());
       }
     }
     return result;
   }
 
+  cmdlang::ByteBudget& budget_;
   int depth_ = 0;
 };
 
@@ -331,7 +381,12 @@ json arrayToJson(const zxArray* array) {
 }
 
 ZxArrayPtr arrayFromJson(const json& object) {
-  ZxArrayPtr result = Reader().read(object, "$");
+  cmdlang::ByteBudget unlimited;
+  return arrayFromJson(object, unlimited);
+}
+
+ZxArrayPtr arrayFromJson(const json& object, cmdlang::ByteBudget& budget) {
+  ZxArrayPtr result = Reader(budget).read(object, "$");
   zxSetArrayScope(result.get(), zxPERSISTENT);
   return result;
 }

@@ -15,8 +15,9 @@
 #include <nlohmann/json.hpp>
 
 #include "arraylib/zxarray.h"
+#include "cmdlanglib/budget.h"
+#include "cmdlanglib/literal.h"
 #include "guilib/auto_ptr.h"
-#include "orbdt/literal.h"
 
 namespace orbdt {
 
@@ -24,11 +25,14 @@ namespace orbdt {
 nlohmann::json arrayToJson(const zxArray* array);
 
 // The array that an ARRAY object describes; it belongs to the caller even inside a host call frame.
-// Throws LiteralError, naming the offending member by its path ("$.cells[1].re[0]: ..."), when the
-// object is malformed: an unknown class or member, element counts that do not match the dimensions,
-// integers out of range for their class or not whole, logical elements other than 0 and 1, text rows
-// of the wrong length, struct elements naming unknown fields. Objects and function handles are refused
-// because they cannot be recreated from their description.
+// Throws cmdlang::LiteralError, naming the offending member by its path ("$.cells[1].re[0]: ..."),
+// when the object is malformed: an unknown class or member, element counts that do not match the
+// dimensions, integers out of range for their class or not whole, logical elements other than 0 and
+// 1, text rows of the wrong length, struct elements naming unknown fields, arrays nested more than
+// cmdlang::kMaxLiteralDepth deep. Objects and function handles are refused because they cannot be
+// recreated from their description. Every array is checked against its members and charged to
+// budget (cmdlang::TooLargeError when it does not fit) before it is allocated.
 gui_objects::ZxArrayPtr arrayFromJson(const nlohmann::json& object);
+gui_objects::ZxArrayPtr arrayFromJson(const nlohmann::json& object, cmdlang::ByteBudget& budget);
 
 }  // namespace orbdt

@@ -1,18 +1,22 @@
 // orbdt: a small host that loads the data type library and sets, parses, compares and describes
 // property values of any registered type.
+#include <unistd.h>
+
 #include <iostream>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "cmdlanglib/literal.h"
 #include "orbdt/demo.h"
 #include "orbdt/host_session.h"
+#include "orbdt/request_line.h"
 #include "orbdt/requests.h"
 #include "utillib/ut.h"
 
 namespace {
 
-constexpr const char* kUsage =
+const std::string kUsage =
     "usage: orbdt types [--json]\n"
     "       orbdt describe TYPE [--json]\n"
     "       orbdt set TYPE VALUE [--json]\n"
@@ -21,11 +25,14 @@ constexpr const char* kUsage =
     "       orbdt batch\n"
     "       orbdt demo\n"
     "TYPE is a short name (ColorMap) or a full name (korvax.graphics.datatype.ColorMap).\n"
-    "VALUE is a host literal: 1, [1 0 0], 'red', {'-', '--'}, uint8([0 255]), zeros(0,3), ...\n";
-
-void writeJson(const nlohmann::json& json) {
-  std::cout << json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << "\n";
-}
+    "VALUE is a host literal: 1, [1 0 0], 'red', {'-', '--'}, uint8([0 255]), zeros(0,3), ...\n"
+    "Options:\n"
+    "  --max-request-bytes N  memory one request may take: its line, its values and its response\n"
+    "                         (N in bytes, or with K, M or G; default 256M); larger requests are\n"
+    "                         refused with orbdt:TooLarge before anything is allocated\n"
+    "Limits: literals nest at most " +
+    std::to_string(cmdlang::kMaxLiteralDepth) + " levels deep, JSON request lines " +
+    std::to_string(orbdt::kMaxJsonDepth) + " levels.\n";
 
 // The request a command line asks for, or null when the words do not form one.
 nlohmann::json requestOf(const std::vector<std::string>& words) {
@@ -39,18 +46,38 @@ nlohmann::json requestOf(const std::vector<std::string>& words) {
   return nullptr;
 }
 
-int runBatch(const orbdt::HostSession& host) {
-  std::string line;
-  while (std::getline(std::cin, line)) {
-    if (line.find_first_not_of(" \t\r") == std::string::npos) continue;
-    nlohmann::json request;
-    try {
-      request = nlohmann::json::parse(line);
-    } catch (const nlohmann::json::exception& error) {
-      writeJson({{"ok", false}, {"error", {{"id", "orbdt:BadRequest"}, {"message", error.what()}}}});
+// Takes --max-request-bytes N (or =N) out of words; nullopt when it is given without a valid count.
+std::optional<std::size_t> takeRequestLimit(std::vector<std::string>& words) {
+  const std::string option = "--max-request-bytes";
+  std::size_t limit = orbdt::kDefaultMaxRequestBytes;
+  for (std::size_t i = 0; i < words.size();) {
+    std::optional<std::string> value;
+    std::size_t taken = 1;
+    if (words[i] == option) {
+      if (i + 1 == words.size()) return std::nullopt;
+      value = words[i + 1];
+      taken = 2;
+    } else if (words[i].rfind(option + "=", 0) == 0) {
+      value = words[i].substr(option.size() + 1);
+    }
+    if (!value) {
+      ++i;
       continue;
     }
-    writeJson(orbdt::runRequest(host, request).json);
+    const std::optional<std::size_t> count = orbdt::parseByteCount(*value);
+    if (!count) return std::nullopt;
+    limit = *count;
+    words.erase(words.begin() + static_cast<std::ptrdiff_t>(i), words.begin() + static_cast<std::ptrdiff_t>(i + taken));
+  }
+  return limit;
+}
+
+// One answer per line that is not blank, written and flushed before the next line is read.
+int runBatch(const orbdt::HostSession& host, std::size_t maxRequestBytes) {
+  orbdt::LineReader lines(STDIN_FILENO, maxRequestBytes);
+  while (const std::optional<orbdt::InputLine> line = lines.next()) {
+    if (line->blank) continue;
+    std::cout << orbdt::responseLine(orbdt::runRequestLine(host, *line, maxRequestBytes).json) << "\n" << std::flush;
   }
   return 0;
 }
@@ -60,6 +87,11 @@ int runBatch(const orbdt::HostSession& host) {
 int main(int argc, char** argv) {
   std::vector<std::string> words(argv + 1, argv + argc);
   const bool json = std::erase(words, "--json") > 0;
+  const std::optional<std::size_t> maxRequestBytes = takeRequestLimit(words);
+  if (!maxRequestBytes) {
+    std::cerr << "orbdt: --max-request-bytes needs a byte count such as 268435456 or 256M\n" << kUsage;
+    return 2;
+  }
   if (words.empty() || words[0] == "--help" || words[0] == "-h") {
     (words.empty() ? std::cerr : std::cout) << kUsage;
     return words.empty() ? 2 : 0;
@@ -76,12 +108,14 @@ int main(int argc, char** argv) {
   if (json || batch) diagnostics.emplace([](std::string_view text) { std::cerr << text; });
 
   try {
-    const orbdt::HostSession host(orbdt::HostSession::defaultLibraryPath());
-    if (batch) return runBatch(host);
+    const orbdt::HostSession host(orbdt::HostSession::defaultLibrary());
+    if (batch) return runBatch(host, *maxRequestBytes);
     if (words[0] == "demo") return orbdt::runDemo(host, std::cout);
-    const orbdt::Response response = orbdt::runRequest(host, request);
+    cmdlang::ByteBudget budget(*maxRequestBytes);
+    const orbdt::Response response =
+        orbdt::runRequest(host, request, budget, json ? orbdt::Form::Json : orbdt::Form::Text);
     if (json) {
-      writeJson(response.json);
+      std::cout << orbdt::responseLine(response.json) << "\n";
     } else {
       (response.exitStatus == 2 ? std::cerr : std::cout) << response.text;
     }

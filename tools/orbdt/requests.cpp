@@ -8,11 +8,15 @@
 #include <new>
 #include <optional>
 #include <typeinfo>
+#include <vector>
 
 #include "arraylib/zxerror.h"
+#include "cmdlanglib/literal.h"
+#include "cmdlanglib/utf8.h"
 #include "foundationlib/except.h"
+#include "orbdt/hints.h"
 #include "orbdt/json_array.h"
-#include "orbdt/literal.h"
+#include "orbdt/response_size.h"
 #include "utillib/ut.h"
 
 namespace orbdt {
@@ -21,25 +25,38 @@ namespace {
 using nlohmann::json;
 using objsys::COSValue;
 
-json errorObject(const std::string& id, const std::string& message) { return {{"id", id}, {"message", message}}; }
+// Messages are shortened beyond this, so that a value echoed in one cannot swell the response.
+constexpr std::size_t kMaxMessageBytes = 4096;
 
-// A refusal by the type: the error the conversion raised.
+json errorObject(const std::string& id, const std::string& message) {
+  return {{"id", id}, {"message", cmdlang::utf8Shortened(message, kMaxMessageBytes)}};
+}
+
+std::string tooLargeMessage(const cmdlang::TooLargeError& error) {
+  return std::string(error.what()) + " (--max-request-bytes sets the limit)";
+}
+
+// A refusal: the error a conversion raised, or orbdt's own when the work was too large.
 struct Refusal {
   std::string id;
   std::string message;
 };
 
-// Runs fn, turning whatever the library raises into a refusal.
+// Runs fn, turning whatever it raises into a refusal.
 template <class Fn>
 std::optional<Refusal> guarded(Fn&& fn) {
   try {
     fn();
   } catch (const fl::except::IMsgIDException& error) {
     return Refusal{error.get_error_id(), error.get_message_text()};
+  } catch (const cmdlang::TooLargeError& error) {
+    return Refusal{"orbdt:TooLarge", tooLargeMessage(error)};
   } catch (const std::bad_alloc&) {
     return Refusal{"orbdt:OutOfMemory", "Out of memory."};
   } catch (const std::exception& error) {
     return Refusal{"orbdt:UnexpectedError", error.what()};
+  } catch (...) {
+    return Refusal{"orbdt:UnexpectedError", "an exception of unknown type"};
   }
   return std::nullopt;
 }
@@ -53,15 +70,24 @@ std::string requireString(const json& request, const char* member) {
 }
 
 // The array a request gives: a literal string, an ARRAY object, or null (no array at all).
-gui_objects::ZxArrayPtr arrayOfInput(const json& input) {
+gui_objects::ZxArrayPtr arrayOfInput(const json& input, cmdlang::ByteBudget& budget) {
   try {
     if (input.is_null()) return nullptr;
-    if (input.is_string()) return readLiteral(input.get<std::string>());
-    if (input.is_object()) return arrayFromJson(input);
-  } catch (const LiteralError& error) {
+    if (input.is_string()) return cmdlang::readLiteral(input.get_ref<const std::string&>(), budget);
+    if (input.is_object()) return arrayFromJson(input, budget);
+  } catch (const cmdlang::LiteralError& error) {
     throw UsageError("orbdt:BadLiteral", error.what());
   }
   throw UsageError("orbdt:BadRequest", "a value must be a literal string, an ARRAY object or null");
+}
+
+// The text of a one-row char array, which a type may take as one of its names; nullopt for others.
+std::optional<std::string> nameGiven(const zxArray* array) {
+  if (array == nullptr || !zxIsChar(array) || zxGetNumberOfDimensions(array) != 2 || zxGetM(array) != 1) {
+    return std::nullopt;
+  }
+  const std::unique_ptr<char, decltype(&zxFree)> text(zxArrayToString(array), &zxFree);
+  return std::string(text.get());
 }
 
 // Owns a value made by a conversion and destroys it through its data type.
@@ -69,11 +95,10 @@ class HeldValue {
  public:
   HeldValue(objsys::COSDataType* type, COSValue value) : type_(type), value_(value) {}
   ~HeldValue() {
-    if (!value_.isEmpty()) type_->destroy(value_);
+    if (!value_.isEmpty()) guarded([&] { type_->destroy(value_); });
   }
   HeldValue(const HeldValue&) = delete;
   HeldValue& operator=(const HeldValue&) = delete;
-  COSValue get() const { return value_; }
 
  private:
   objsys::COSDataType* type_;
@@ -85,16 +110,25 @@ struct ArrayReadBack {
   json value;  // ARRAY, or null
   std::string literal;
   std::optional<Refusal> error;
+  bool tooLarge = false;
 };
 
-ArrayReadBack readBackArray(const TypeHandle& handle, COSValue value) {
+// The texts a read-back holds at once at most, in lengths of its longest text: for Json the ARRAY
+// object's JSON text, the type's text and its JSON string, and the response line written of them;
+// for Text the literal and the lines people see as well.
+std::size_t textCopies(Form form) { return form == Form::Json ? 4 : 6; }
+
+// The literal is written for Text only.
+ArrayReadBack readBackArray(const TypeHandle& handle, COSValue value, cmdlang::ByteBudget& budget, Form form) {
   ArrayReadBack back{nullptr, "(no array conversion)", std::nullopt};
   if (handle.arrays == nullptr) return back;
   back.error = guarded([&] {
     const gui_objects::ZxArrayPtr array(handle.arrays->to(value).as<zxArray>());
+    budget.charge(readBackBytes(array.get(), textCopies(form)), "reading the stored value back");
     back.value = arrayToJson(array.get());
-    back.literal = writeLiteral(array.get());
+    back.literal = form == Form::Text ? cmdlang::writeLiteral(array.get()) : "";
   });
+  back.tooLarge = back.error && back.error->id == "orbdt:TooLarge";
   return back;
 }
 
@@ -103,15 +137,36 @@ struct TextReadBack {
   std::optional<Refusal> error;
 };
 
-TextReadBack readBackText(const TypeHandle& handle, COSValue value) {
+// The value's text. When its array was too large to read back, its text would be as large: that
+// refusal stands for both.
+TextReadBack readBackText(const TypeHandle& handle, COSValue value, const ArrayReadBack* array = nullptr) {
   TextReadBack back{nullptr, std::nullopt};
   if (handle.texts == nullptr) return back;
+  if (array != nullptr && array->tooLarge) {
+    back.error = array->error;
+    return back;
+  }
   back.error = guarded([&] {
     const COSValue text = handle.texts->to(value);
     if (!text.isEmpty()) back.text = text.as<const char>();
     utFree(text.pointer());
   });
   return back;
+}
+
+// The names a type with a finite set of values takes, as its text conversion writes them; empty
+// for any other type.
+std::vector<std::string> possibleNames(const TypeHandle& handle) {
+  std::vector<std::string> names;
+  if (!handle.type->isPossibleValuesFinite()) return names;
+  guarded([&] {
+    objsys::COSEnumerationRef values(handle.type->getPossibleValues());
+    while (values && values->hasMoreElements()) {
+      const TextReadBack text = readBackText(handle, values->nextElement());
+      if (text.text.is_string()) names.push_back(text.text.get<std::string>());
+    }
+  });
+  return names;
 }
 
 json warningList(std::string& text) {
@@ -123,57 +178,84 @@ json warningList(std::string& text) {
   return list;
 }
 
-Response refused(const TypeHandle& handle, const Refusal& refusal) {
+// The refusal of a value; when the value was a name the type does not take, the hint names the
+// nearest ones it does.
+Response refused(const TypeHandle& handle, const Refusal& refusal, const std::optional<std::string>& name) {
   Response response;
   response.json = {{"ok", false}, {"type", handle.fullName}, {"error", errorObject(refusal.id, refusal.message)}};
   response.json["warnings"] = warningList(response.text);
-  response.text += "error: " + refusal.id + ": " + refusal.message + "\n";
+  response.text += "error: " + refusal.id + ": " + cmdlang::utf8Shortened(refusal.message, kMaxMessageBytes) + "\n";
+  if (name) {
+    const std::string hint = didYouMean(nearestNames(*name, possibleNames(handle)));
+    if (!hint.empty()) {
+      response.json["hint"] = hint;
+      response.text += "hint: " + hint + "\n";
+    }
+  }
   response.exitStatus = 1;
   return response;
 }
 
-// The response to a stored value (set and parse): what the type gives back for it.
-Response stored(const TypeHandle& handle, COSValue value) {
+// What people see of a stored value: its literal and its text.
+void describeStored(std::string& out, COSValue value, const ArrayReadBack& array, const TextReadBack& text) {
+  out += "value: " + (array.error ? "error: " + array.error->id + ": " + array.error->message : array.literal);
+  out += value.isEmpty() ? " (empty)\n" : "\n";
+  out += "text:  ";
+  if (text.error) {
+    out += "error: " + text.error->id + ": " + text.error->message + "\n";
+  } else {
+    out += text.text.is_null() ? "(none)\n" : text.text.get_ref<const std::string&>() + "\n";
+  }
+}
+
+// The response to a stored value (set and parse): what the type gives back for it. The read-back
+// moves into the response, which may be as large as the request's budget allows.
+Response stored(const TypeHandle& handle, COSValue value, cmdlang::ByteBudget& budget, Form form) {
   Response response;
-  const ArrayReadBack array = readBackArray(handle, value);
-  const TextReadBack text = readBackText(handle, value);
-  response.json = {
-      {"ok", true}, {"type", handle.fullName}, {"empty", value.isEmpty()}, {"value", array.value}, {"text", text.text}};
-  response.valueLiteral = array.literal;
+  ArrayReadBack array = readBackArray(handle, value, budget, form);
+  TextReadBack text = readBackText(handle, value, &array);
+  response.json["warnings"] = warningList(response.text);
+  if (form == Form::Text) describeStored(response.text, value, array, text);
+  response.json["ok"] = true;
+  response.json["type"] = handle.fullName;
+  response.json["empty"] = value.isEmpty();
+  response.json["value"] = std::move(array.value);
+  response.json["text"] = std::move(text.text);
+  response.valueLiteral = std::move(array.literal);
   if (array.error) response.json["valueError"] = errorObject(array.error->id, array.error->message);
   if (text.error) response.json["textError"] = errorObject(text.error->id, text.error->message);
-  response.json["warnings"] = warningList(response.text);
-  response.text +=
-      "value: " + (array.error ? "error: " + array.error->id + ": " + array.error->message : array.literal);
-  response.text += value.isEmpty() ? " (empty)\n" : "\n";
-  response.text += "text:  ";
-  if (text.error) {
-    response.text += "error: " + text.error->id + ": " + text.error->message + "\n";
-  } else {
-    response.text += text.text.is_null() ? "(none)\n" : text.text.get<std::string>() + "\n";
-  }
   return response;
 }
 
-// Converts an array to a value of the type; the value (or the refusal) goes to the caller.
-std::optional<Refusal> valueFromArray(const TypeHandle& handle, const json& input, COSValue& value) {
+// A value of the type made from a request's input: the value, or the type's refusal with the name
+// the input gave when it gave one.
+struct Converted {
+  COSValue value;
+  std::optional<Refusal> refusal;
+  std::optional<std::string> name;
+};
+
+Converted valueFromArray(const TypeHandle& handle, const json& input, cmdlang::ByteBudget& budget) {
   if (handle.arrays == nullptr) {
     throw UsageError("orbdt:BadRequest", handle.fullName + " has no array conversion");
   }
-  const gui_objects::ZxArrayPtr array = arrayOfInput(input);
-  return guarded([&] { value = handle.arrays->from(COSValue(array.get())); });
+  const gui_objects::ZxArrayPtr array = arrayOfInput(input, budget);
+  Converted converted;
+  converted.refusal = guarded([&] { converted.value = handle.arrays->from(COSValue(array.get())); });
+  if (converted.refusal) converted.name = nameGiven(array.get());
+  return converted;
 }
 
-Response runSet(const HostSession& host, const json& request) {
+Response runSet(const HostSession& host, const json& request, cmdlang::ByteBudget& budget, Form form) {
   const TypeHandle handle = host.resolve(requireString(request, "type"));
   if (!request.contains("value")) throw UsageError("orbdt:BadRequest", "member \"value\" is missing");
-  COSValue value;
-  if (auto refusal = valueFromArray(handle, request["value"], value)) return refused(handle, *refusal);
-  const HeldValue held(handle.type, value);
-  return stored(handle, value);
+  const Converted converted = valueFromArray(handle, request["value"], budget);
+  if (converted.refusal) return refused(handle, *converted.refusal, converted.name);
+  const HeldValue held(handle.type, converted.value);
+  return stored(handle, converted.value, budget, form);
 }
 
-Response runParse(const HostSession& host, const json& request) {
+Response runParse(const HostSession& host, const json& request, cmdlang::ByteBudget& budget, Form form) {
   const TypeHandle handle = host.resolve(requireString(request, "type"));
   const json text = request.contains("text") ? request["text"] : json();
   if (!text.is_null() && !text.is_string()) throw UsageError("orbdt:BadRequest", "\"text\" must be a string or null");
@@ -182,28 +264,29 @@ Response runParse(const HostSession& host, const json& request) {
   const std::string chars = text.is_null() ? "" : text.get<std::string>();
   const auto refusal =
       guarded([&] { value = handle.texts->from(text.is_null() ? COSValue() : COSValue(chars.c_str())); });
-  if (refusal) return refused(handle, *refusal);
+  if (refusal) return refused(handle, *refusal, text.is_null() ? std::nullopt : std::optional<std::string>(chars));
   const HeldValue held(handle.type, value);
-  return stored(handle, value);
+  return stored(handle, value, budget, form);
 }
 
-Response runEqual(const HostSession& host, const json& request) {
+Response runEqual(const HostSession& host, const json& request, cmdlang::ByteBudget& budget) {
   const TypeHandle handle = host.resolve(requireString(request, "type"));
   if (!request.contains("a") || !request.contains("b")) {
     throw UsageError("orbdt:BadRequest", "members \"a\" and \"b\" are required");
   }
-  COSValue a, b;
-  if (auto refusal = valueFromArray(handle, request["a"], a)) return refused(handle, *refusal);
-  const HeldValue heldA(handle.type, a);
-  if (auto refusal = valueFromArray(handle, request["b"], b)) return refused(handle, *refusal);
-  const HeldValue heldB(handle.type, b);
+  const Converted a = valueFromArray(handle, request["a"], budget);
+  if (a.refusal) return refused(handle, *a.refusal, a.name);
+  const HeldValue heldA(handle.type, a.value);
+  const Converted b = valueFromArray(handle, request["b"], budget);
+  if (b.refusal) return refused(handle, *b.refusal, b.name);
+  const HeldValue heldB(handle.type, b.value);
   bool equal = false;
   int order = 0;
   if (auto refusal = guarded([&] {
-        equal = handle.type->isEqual(a, b);
-        order = handle.type->compare(a, b);
+        equal = handle.type->isEqual(a.value, b.value);
+        order = handle.type->compare(a.value, b.value);
       })) {
-    return refused(handle, *refusal);
+    return refused(handle, *refusal, std::nullopt);
   }
   Response response;
   response.json = {{"ok", true}, {"type", handle.fullName}, {"equal", equal}, {"compare", order}};
@@ -222,7 +305,7 @@ std::string classNameOf(const objsys::COSDataType& type) {
   return name;
 }
 
-Response runDescribe(const HostSession& host, const json& request) {
+Response runDescribe(const HostSession& host, const json& request, cmdlang::ByteBudget& budget, Form form) {
   const TypeHandle handle = host.resolve(requireString(request, "type"));
   objsys::COSDataType& type = *handle.type;
   Response response;
@@ -240,27 +323,17 @@ Response runDescribe(const HostSession& host, const json& request) {
   std::string defaultText = "(none)";
   const auto refusal = guarded([&] {
     const COSValue value = type.getDefaultValue();
-    const ArrayReadBack array = readBackArray(handle, value);
-    const TextReadBack text = readBackText(handle, value);
+    const ArrayReadBack array = readBackArray(handle, value, budget, form);
+    const TextReadBack text = readBackText(handle, value, &array);
     out["default"] = array.value;
     out["defaultText"] = text.text;
     if (!array.error && handle.arrays != nullptr) defaultLiteral = array.literal;
     if (!text.error && text.text.is_string()) defaultText = text.text.get<std::string>();
   });
-  if (refusal) return refused(handle, *refusal);
+  if (refusal) return refused(handle, *refusal, std::nullopt);
   out["possibleValuesFinite"] = type.isPossibleValuesFinite();
   out["possibleValues"] = nullptr;
-  if (type.isPossibleValuesFinite()) {
-    json names = json::array();
-    guarded([&] {
-      objsys::COSEnumerationRef values(type.getPossibleValues());
-      while (values && values->hasMoreElements()) {
-        const TextReadBack text = readBackText(handle, values->nextElement());
-        if (text.text.is_string()) names.push_back(text.text);
-      }
-    });
-    out["possibleValues"] = names;
-  }
+  if (type.isPossibleValuesFinite()) out["possibleValues"] = possibleNames(handle);
   std::string& text = response.text;
   text += "type:             " + handle.fullName + "\n";
   text += "name:             " + out["name"].get<std::string>() + "\n";
@@ -287,35 +360,89 @@ Response runTypes(const HostSession& host) {
   return response;
 }
 
-Response dispatch(const HostSession& host, const json& request) {
+Response dispatch(const HostSession& host, const json& request, cmdlang::ByteBudget& budget, Form form) {
   if (!request.is_object()) throw UsageError("orbdt:BadRequest", "a request must be a JSON object");
   const std::string op = requireString(request, "op");
-  if (op == "set") return runSet(host, request);
-  if (op == "parse") return runParse(host, request);
-  if (op == "equal") return runEqual(host, request);
-  if (op == "describe") return runDescribe(host, request);
+  if (op == "set") return runSet(host, request, budget, form);
+  if (op == "parse") return runParse(host, request, budget, form);
+  if (op == "equal") return runEqual(host, request, budget);
+  if (op == "describe") return runDescribe(host, request, budget, form);
   if (op == "types") return runTypes(host);
-  throw UsageError("orbdt:BadRequest", "unknown op \"" + op + "\"");
+  throw UsageError("orbdt:BadRequest", "unknown op \"" + cmdlang::utf8Shortened(op, 64) + "\"");
+}
+
+// A request orbdt could not run at all.
+Response failed(const std::string& id, const std::string& message) {
+  Response response;
+  response.json = {{"ok", false}, {"error", errorObject(id, message)}};
+  response.text = "error: " + id + ": " + cmdlang::utf8Shortened(message, kMaxMessageBytes) + "\n";
+  response.exitStatus = 2;
+  return response;
+}
+
+// Runs fn, which makes a response; whatever it raises becomes the response that it failed.
+template <class Fn>
+Response answered(Fn&& fn) noexcept {
+  try {
+    try {
+      return fn();
+    } catch (const UsageError& error) {
+      return failed(error.id(), error.what());
+    } catch (const cmdlang::TooLargeError& error) {
+      return failed("orbdt:TooLarge", tooLargeMessage(error));
+    } catch (const fl::except::IMsgIDException& error) {
+      return failed(error.get_error_id(), error.get_message_text());
+    } catch (const std::bad_alloc&) {
+      return failed("orbdt:OutOfMemory", "Out of memory.");
+    } catch (const std::exception& error) {
+      return failed("orbdt:UnexpectedError", error.what());
+    } catch (...) {
+      return failed("orbdt:UnexpectedError", "an exception of unknown type");
+    }
+  } catch (...) {
+    // Even the failure could not be made: an empty response, which responseLine turns into one.
+    return Response{};
+  }
 }
 
 }  // namespace
 
-Response runRequest(const HostSession& host, const nlohmann::json& request) {
-  Response response;
-  {
+Response runRequest(const HostSession& host, nlohmann::json request, cmdlang::ByteBudget& budget, Form form) {
+  Response response = answered([&] {
     zx::clearWarnings();
-    zx::CallFrame frame;
+    const zx::CallFrame frame;
+    return dispatch(host, request, budget, form);
+  });
+  zx::clearWarnings();
+  if (request.is_object() && request.contains("id") && response.json.is_object()) {
     try {
-      response = dispatch(host, request);
-    } catch (const UsageError& error) {
-      response.json = {{"ok", false}, {"error", errorObject(error.id(), error.what())}};
-      response.text = "error: " + error.id() + ": " + error.what() + "\n";
-      response.exitStatus = 2;
+      response.json["id"] = std::move(request["id"]);
+    } catch (const std::exception&) {
+      // The answer goes out without its id rather than not at all.
     }
   }
-  zx::clearWarnings();
-  if (request.is_object() && request.contains("id")) response.json["id"] = request["id"];
   return response;
+}
+
+Response runRequestLine(const HostSession& host, const InputLine& line, std::size_t maxRequestBytes) {
+  cmdlang::ByteBudget budget(maxRequestBytes);
+  std::optional<json> request;
+  Response failure = answered([&] {
+    request = parseRequestLine(line, budget);
+    return Response{};
+  });
+  return request ? runRequest(host, std::move(*request), budget, Form::Json) : failure;
+}
+
+std::string responseLine(const nlohmann::json& response) noexcept {
+  static constexpr const char* kUnwritable =
+      R"({"ok":false,"error":{"id":"orbdt:OutOfMemory","message":"The response could not be written."}})";
+  try {
+    if (!response.is_object()) return kUnwritable;
+    return response.dump(-1, ' ', false, json::error_handler_t::replace);
+  } catch (...) {
+    return kUnwritable;
+  }
 }
 
 }  // namespace orbdt

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "../support.h"
-#include "orbdt/literal.h"
+#include "cmdlanglib/literal.h"
 #include "utillib/ut.h"
 
 namespace {
@@ -17,7 +17,7 @@ namespace {
 using namespace graphics::datatype;
 using State = MinMaxArrayBase::ScanState;
 
-gui_objects::ZxArrayPtr literal(const char* text) { return text == nullptr ? nullptr : orbdt::readLiteral(text); }
+gui_objects::ZxArrayPtr literal(const char* text) { return text == nullptr ? nullptr : cmdlang::readLiteral(text); }
 
 // An ArrayBase with a chosen comparison bound.
 class Bounded : public ArrayBase {
@@ -52,9 +52,9 @@ TEST_F(ArrayBases, HoldNormalisedCopiesSharingWhatCanBeShared) {
     const gui_objects::ZxArrayPtr given = literal(c.given);
     const ArrayBase value(given.get());
     EXPECT_NE(value.getPtr(), given.get());
-    EXPECT_EQ(orbdt::writeLiteral(value.getPtr()), c.held);
+    EXPECT_EQ(cmdlang::writeLiteral(value.getPtr()), c.held);
     const gui_objects::ZxArrayPtr handedOut = ArrayBase(value).getSharedDataCopy();
-    EXPECT_EQ(orbdt::writeLiteral(handedOut.get()), c.held);
+    EXPECT_EQ(cmdlang::writeLiteral(handedOut.get()), c.held);
     if (c.sharesElements) {
       EXPECT_EQ(zxGetData(handedOut.get()), zxGetData(given.get()));
     }

@@ -9,7 +9,7 @@
 
 #include "../support.h"
 #include "arraylib/zxrethrow.h"
-#include "orbdt/literal.h"
+#include "cmdlanglib/literal.h"
 
 namespace {
 
@@ -40,7 +40,7 @@ struct Held {
 };
 
 Held set(const std::string& type, const zxArray* array) { return Held(type, arraysOf(type).from(COSValue(array))); }
-Held set(const std::string& type, const char* literal) { return set(type, orbdt::readLiteral(literal).get()); }
+Held set(const std::string& type, const char* literal) { return set(type, cmdlang::readLiteral(literal).get()); }
 
 // The identifier a refusal carries, or "" when the type stores the array.
 std::string outcome(const std::string& type, const char* literal) {
@@ -141,7 +141,7 @@ TEST_F(ShapedArrays, EqualityStopsAt32000ElementsAndReadBackSharesTheInput) {
   const Held nan = set("ColorMap", "[0 NaN 1]");
   EXPECT_FALSE(nan.dataType.isEqual(nan.value, nan.value));
 
-  const gui_objects::ZxArrayPtr input = orbdt::readLiteral("zeros(256,3)");
+  const gui_objects::ZxArrayPtr input = cmdlang::readLiteral("zeros(256,3)");
   const Held value = set("ColorMap", input.get());
   const gui_objects::ZxArrayPtr readBack(arraysOf("ColorMap").to(value.value).as<zxArray>());
   EXPECT_EQ(zxGetData(value.array()), zxGetData(input.get()));
@@ -149,13 +149,13 @@ TEST_F(ShapedArrays, EqualityStopsAt32000ElementsAndReadBackSharesTheInput) {
 }
 
 TEST_F(ShapedArrays, PredicatesArePublicInBothForms) {
-  const gui_objects::ZxArrayPtr doubles = orbdt::readLiteral("[0 0 2]");
+  const gui_objects::ZxArrayPtr doubles = cmdlang::readLiteral("[0 0 2]");
   boost::exception_ptr failure;
   EXPECT_FALSE(ColorMap::isNormalizedColorMap(doubles.get(), failure));
   EXPECT_THAT([&] { zxReThrowException(failure); }, RaisesId("Korvax:orb:shaped_arrays:ColorMapRange"));
   EXPECT_FALSE(ColorMap::isUINT8ColorMap(doubles.get(), failure));
   EXPECT_THAT([&] { zxReThrowException(failure); }, RaisesId("Korvax:orb:shaped_arrays:ColorMapType"));
-  const ColorMap bytes(orbdt::readLiteral("uint8([0 128 255])").get());
+  const ColorMap bytes(cmdlang::readLiteral("uint8([0 128 255])").get());
   EXPECT_TRUE(bytes.isUINT8ColorMap());
   EXPECT_FALSE(bytes.isNormalizedColorMap());
   EXPECT_FALSE(ColorMap().isUINT8ColorMap());
@@ -215,7 +215,7 @@ TEST_P(EveryShapedArray, EmptyValuesReadBackInTheirCanonicalForms) {
   const gui_objects::ZxArrayPtr none(arraysOf(name).to(nothing.value).as<zxArray>());
   EXPECT_EQ(shapeOf(none.get()), shapeOf(zxCreateNumericMatrix(0, 0, row.parseClass, zxREAL)));
 
-  const gui_objects::ZxArrayPtr zeroByZero = orbdt::readLiteral("zeros(0,0)");
+  const gui_objects::ZxArrayPtr zeroByZero = cmdlang::readLiteral("zeros(0,0)");
   if (!row.emptyShortcut) {
     EXPECT_THAT([&] { set(name, zeroByZero.get()); }, RaisesId(own("Size")));
     return;

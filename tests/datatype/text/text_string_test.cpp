@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "../support.h"
-#include "orbdt/literal.h"
+#include "cmdlanglib/literal.h"
 
 namespace {
 
@@ -13,7 +13,7 @@ using namespace graphics::datatype;
 using objsys::COSValue;
 using Lines = std::vector<std::wstring>;
 
-TextString textOf(const char* literal) { return TextString(orbdt::readLiteral(literal).get()); }
+TextString textOf(const char* literal) { return TextString(cmdlang::readLiteral(literal).get()); }
 
 // The identifier that constructing the text raises, or "" when it is accepted.
 std::string outcome(const zxArray* array) {
@@ -47,7 +47,7 @@ TEST_F(TextStrings, AcceptCharMatricesAndColumnCellsOfText) {
   };
   for (const Case& c : cases) {
     const std::string expected = *c.key ? std::string("Korvax:orb:datatypes:TextStringDataType:") + c.key : "";
-    EXPECT_EQ(outcome(orbdt::readLiteral(c.literal).get()), expected) << c.literal;
+    EXPECT_EQ(outcome(cmdlang::readLiteral(c.literal).get()), expected) << c.literal;
   }
   EXPECT_EQ(outcome(nullptr), "Korvax:orb:datatypes:TextStringDataType:ArrayClass");
 }
@@ -104,7 +104,7 @@ TEST_F(TextStrings, ConvertToAndFromArraysAndText) {
   TextStringMC arrays;
   TextStringSC texts;
   TextStringDataType& type = *TextStringDataType::getType();
-  const gui_objects::ZxArrayPtr input = orbdt::readLiteral("{'Results'; 'run 3'}");
+  const gui_objects::ZxArrayPtr input = cmdlang::readLiteral("{'Results'; 'run 3'}");
   const COSValue value = arrays.from(COSValue(input.get()));
   const gui_objects::ZxArrayPtr readBack(arrays.to(value).as<zxArray>());
   EXPECT_EQ(zxGetCell(readBack.get(), 1), zxGetCell(input.get(), 1));
@@ -112,11 +112,11 @@ TEST_F(TextStrings, ConvertToAndFromArraysAndText) {
   const COSValue row = texts.from(COSValue("a b"));
   EXPECT_EQ(row.as<const TextString>()->getUString(), Lines{L"a b"});
   for (const COSValue empty : {arrays.from(COSValue()), texts.from(COSValue("")), type.copy(type.getDefaultValue())}) {
-    EXPECT_EQ(orbdt::writeLiteral(empty.as<const TextString>()->getPtr()), "''");
+    EXPECT_EQ(cmdlang::writeLiteral(empty.as<const TextString>()->getPtr()), "''");
     type.destroy(empty);
   }
   const gui_objects::ZxArrayPtr noValue(arrays.to(COSValue()).as<zxArray>());
-  EXPECT_EQ(orbdt::writeLiteral(noValue.get()), "''");
+  EXPECT_EQ(cmdlang::writeLiteral(noValue.get()), "''");
   type.destroy(value);
   type.destroy(row);
 }

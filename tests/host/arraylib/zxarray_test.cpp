@@ -227,6 +227,29 @@ TEST_F(ZxArrayTest, ObjectElementsAreRetainedWhileAnyArrayHoldsThem) {
   EXPECT_STREQ(zxGetFunctionName(zxCreateFunctionHandle("plot")), "plot");
 }
 
+TEST_F(ZxArrayTest, StructFieldsKeepTheFirstOfRepeatedNamesInOrder) {
+  struct Case {
+    std::vector<const char*> given;
+    std::vector<std::string> kept;
+  };
+  const Case cases[] = {
+      {{}, {}},
+      {{"a"}, {"a"}},
+      {{"b", "a", "b", "c", "a"}, {"b", "a", "c"}},
+      {{"x", "x", "x"}, {"x"}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::PrintToString(c.kept));
+    const zxArray* s = zxCreateStructMatrix(1, 2, static_cast<int>(c.given.size()), c.given.data());
+    std::vector<std::string> kept;
+    for (int f = 0; f < zxGetNumberOfFields(s); ++f) kept.emplace_back(zxGetFieldNameByNumber(s, f));
+    EXPECT_EQ(kept, c.kept);
+    for (std::size_t f = 0; f < c.kept.size(); ++f) {
+      EXPECT_EQ(zxGetFieldNumber(s, c.kept[f].c_str()), static_cast<int>(f));
+    }
+  }
+}
+
 TEST_F(ZxArrayTest, OutOfRangeAccessIsRefusedWithTheArrayLibrarysError) {
   zxArray* cell = zxCreateCellMatrix(1, 1);
   try {

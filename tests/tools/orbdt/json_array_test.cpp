@@ -8,19 +8,17 @@
 #include <string>
 #include <vector>
 
+#include "array_samples.h"
+
 namespace orbdt::test {
 
+using cmdlang::LiteralError;
+using cmdlang::readLiteral;
+using cmdlang::test::sameArray;
+using cmdlang::test::Sample;
+using cmdlang::test::sampleArrays;
 using gui_objects::ZxArrayPtr;
 using nlohmann::json;
-
-// Shared with the literal tests, which define them.
-struct Sample {
-  std::string name;
-  ZxArrayPtr array;
-  bool hasAbsent = false;
-};
-std::vector<Sample> sampleArrays();
-::testing::AssertionResult sameArray(const zxArray* a, const zxArray* b);
 
 namespace {
 
@@ -121,6 +119,52 @@ TEST(ArrayFromJsonTest, RefusesMalformedObjectsNamingTheMember) {
       EXPECT_THAT(error.what(), ::testing::HasSubstr(c.message));
     }
   }
+}
+
+TEST(ArrayFromJsonTest, RefusesSizesBeyondTheBudgetBeforeMakingThem) {
+  static const struct {
+    const char* json;
+    std::size_t needed;  // SIZE_MAX: more than any count
+    const char* message;
+  } kCases[] = {
+      {R"({"class":"double","dims":[1000000,1000000],"re":[]})", 8000000000000, "$: a 1000000x1000000 double array"},
+      {R"({"class":"double","dims":[20,20],"re":[],"im":[]})", 6400, "$: a 20x20 double array"},
+      {R"({"class":"cell","dims":[1000000,1000000],"cells":[]})", 8000000000000, "$: a 1000000x1000000 cell array"},
+      {R"({"class":"char","dims":[1,1000000000000],"rows":[""]})", 4000000000000, "$: a 1x1000000000000 char array"},
+      {R"({"class":"struct","dims":[100000,100000],"fields":["a","b"],"elements":[]})", 160000000000,
+       "$: a 100000x100000 struct array"},
+      {R"({"class":"int8","dims":[4611686018427387904,4],"re":[]})", SIZE_MAX, "needs more than"},
+      {R"({"class":"cell","dims":[1,1],"cells":[{"class":"uint16","dims":[1000,1000],"re":[]}]})", 2000000,
+       "$.cells[0]: a 1000x1000 uint16 array"},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.json);
+    cmdlang::ByteBudget budget(1000);
+    try {
+      arrayFromJson(json::parse(c.json), budget);
+      ADD_FAILURE() << "accepted";
+    } catch (const cmdlang::TooLargeError& error) {
+      EXPECT_EQ(error.needed(), c.needed);
+      EXPECT_EQ(error.limit(), 1000U);
+      EXPECT_THAT(error.what(), ::testing::HasSubstr(c.message));
+    }
+  }
+}
+
+TEST(ArrayFromJsonTest, RefusesEmptyArraysWhoseDimensionsOverflow) {
+  cmdlang::ByteBudget budget(1 << 20);
+  EXPECT_THROW(arrayFromJson(json::parse(R"({"class":"double","dims":[0,4294967296,4294967296],"re":[]})"), budget),
+               LiteralError);
+}
+
+TEST(ArrayFromJsonTest, NestsArraysAsDeeplyAsLiterals) {
+  const auto nestedCells = [](int depth) {
+    json value = {{"class", "double"}, {"dims", {0u, 0u}}, {"re", json::array()}};
+    for (int i = 1; i < depth; ++i) value = {{"class", "cell"}, {"dims", {1u, 1u}}, {"cells", {value}}};
+    return value;
+  };
+  EXPECT_NO_THROW(arrayFromJson(nestedCells(cmdlang::kMaxLiteralDepth)));
+  EXPECT_THROW(arrayFromJson(nestedCells(cmdlang::kMaxLiteralDepth + 1)), LiteralError);
 }
 
 }  // namespace

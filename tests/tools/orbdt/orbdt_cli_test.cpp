@@ -1,17 +1,15 @@
 // The orbdt program end to end: each command, --json, batch, exit statuses and usage errors.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
 #include <vector>
-
-#include <unistd.h>
-
-#include <nlohmann/json.hpp>
 
 namespace {
 
@@ -30,13 +28,14 @@ std::string slurp(const std::filesystem::path& path) {
   return text.str();
 }
 
-// Runs orbdt with the arguments (already quoted for the shell) and the given standard input.
-ProgramRun orbdt(const std::string& arguments, const std::string& input = "") {
+// Runs orbdt with the arguments (already quoted for the shell) and the given standard input; the
+// environment assignments (also quoted) come before the program.
+ProgramRun orbdt(const std::string& arguments, const std::string& input = "", const std::string& environment = "") {
   const auto dir = std::filesystem::temp_directory_path() / ("orbdt_cli_test_" + std::to_string(getpid()));
   std::filesystem::create_directories(dir);
   std::ofstream(dir / "in") << input;
-  const std::string command = std::string(ORBDT_PATH) + " " + arguments + " < " + (dir / "in").string() + " > " +
-                              (dir / "out").string() + " 2> " + (dir / "err").string();
+  const std::string command = environment + " " + std::string(ORBDT_PATH) + " " + arguments + " < " +
+                              (dir / "in").string() + " > " + (dir / "out").string() + " 2> " + (dir / "err").string();
   const int raw = std::system(command.c_str());
   return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, slurp(dir / "out"), slurp(dir / "err")};
 }
@@ -87,8 +86,7 @@ TEST(OrbdtCommands, JsonModeWritesOneResponseObject) {
 
   const ProgramRun refused = orbdt("--json set MeshAlpha -1");
   EXPECT_EQ(refused.status, 1);
-  EXPECT_EQ(nlohmann::json::parse(refused.out)["error"]["id"],
-            "Korvax:orb:dt_conv:Matrix_to_Real:ValueOutsideRange");
+  EXPECT_EQ(nlohmann::json::parse(refused.out)["error"]["id"], "Korvax:orb:dt_conv:Matrix_to_Real:ValueOutsideRange");
 
   const auto described = nlohmann::json::parse(orbdt("describe MeshAlpha --json").out);
   EXPECT_EQ(described["sizeInBits"], 128);
@@ -134,6 +132,119 @@ TEST(OrbdtBatch, AnswersEveryLineInOrderAndGoesOnAfterBadOnes) {
   EXPECT_EQ(responses[5]["error"]["id"], "Korvax:orb:dt_conv:Matrix_to_Real:ValueOutsideRange");
   EXPECT_EQ(responses[6]["error"]["id"], "orbdt:BadRequest");
   EXPECT_THAT(responses[7]["types"], ::testing::Contains("korvax.graphics.datatype.MeshAlpha"));
+}
+
+TEST(OrbdtHints, RefusedNamesComeWithTheNearestValidOnes) {
+  struct Case {
+    const char* arguments;
+    const char* hint;  // "" when none is expected
+  };
+  const Case cases[] = {
+      {"parse MeshAlpha flatt", "did you mean 'flat'?"},
+      {"parse MeshAlpha Interpp", "did you mean 'interp'?"},
+      {"set MeshAlpha \"'texturmap'\"", "did you mean 'texturemap'?"},
+      {"parse LineStyle nome", "did you mean 'none'?"},
+      {"parse LineStyle --.", "did you mean '--' or '-.'?"},
+      {"parse PrimLineStyle dased", "did you mean 'dashed'?"},
+      {"equal MeshAlpha 0.5 \"'intrep'\"", "did you mean 'interp'?"},
+      {"parse LineStyle dashd", ""},
+      {"parse MeshAlpha opaque", ""},
+      {"set MeshAlpha 1.5", ""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.arguments);
+    const ProgramRun text = orbdt(c.arguments);
+    EXPECT_EQ(text.status, 1) << text.err;
+    const ProgramRun json = orbdt(std::string(c.arguments) + " --json");
+    const auto response = nlohmann::json::parse(json.out);
+    if (*c.hint == '\0') {
+      EXPECT_THAT(text.out, ::testing::Not(HasSubstr("hint:")));
+      EXPECT_FALSE(response.contains("hint"));
+    } else {
+      EXPECT_THAT(text.out, HasSubstr(std::string("\nhint: ") + c.hint + "\n"));
+      EXPECT_EQ(response["hint"], c.hint);
+    }
+  }
+}
+
+TEST(OrbdtLibrary, LoadFailuresNameTheFileTried) {
+  const auto dir = std::filesystem::temp_directory_path() / ("orbdt_library_test_" + std::to_string(getpid()));
+  std::filesystem::create_directories(dir);
+  std::ofstream(dir / "notalib.so") << "not a library\n";
+  struct Case {
+    std::string environment;
+    std::vector<std::string> messages;
+  };
+  const Case cases[] = {
+      {"ORBDT_LIBRARY=", {"ORBDT_LIBRARY is set but empty", "liborbdatatypes.so"}},
+      {"ORBDT_LIBRARY=/nonexistent/liborbdatatypes.so",
+       {"cannot load the data type library /nonexistent/liborbdatatypes.so (named by ORBDT_LIBRARY): no such file"}},
+      {"ORBDT_LIBRARY=" + dir.string(), {dir.string() + " (named by ORBDT_LIBRARY): it is a directory"}},
+      {"ORBDT_LIBRARY=" + (dir / "notalib.so").string(),
+       {(dir / "notalib.so").string() + " (named by ORBDT_LIBRARY): "}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.environment);
+    const ProgramRun run = orbdt("types", "", c.environment);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.err, ::testing::StartsWith("orbdt: "));
+    for (const std::string& message : c.messages) EXPECT_THAT(run.err, HasSubstr(message));
+  }
+  std::filesystem::remove_all(dir);
+}
+
+TEST(OrbdtLimits, TheRequestLimitIsAnOptionAndRefusalsNameIt) {
+  struct Case {
+    const char* arguments;
+    int status;
+    const char* message;  // in standard error for status 2, else standard output
+  };
+  const Case cases[] = {
+      {"set MeshAlpha 'zeros(1e6, 1e6)'", 2,
+       "error: orbdt:TooLarge: zeros at column 1: a 1000000x1000000 double array needs 8000000000000 bytes (7.3 TiB); "
+       "the limit is 268435456 bytes (256 MiB)"},
+      {"--max-request-bytes 1M set MeshAlpha 'zeros(1000)'", 2, "the limit is 1048576 bytes (1 MiB)"},
+      {"set MeshAlpha 'zeros(1000)' --max-request-bytes=64K", 2, "the limit is 65536 bytes (64 KiB)"},
+      {"set MeshAlpha 0.5 --max-request-bytes 64K", 0, "value: 0.5"},
+      {"set MeshAlpha 0.5 --max-request-bytes 0", 2, "--max-request-bytes needs a byte count"},
+      {"set MeshAlpha 0.5 --max-request-bytes lots", 2, "--max-request-bytes needs a byte count"},
+      {"types --max-request-bytes", 2, "--max-request-bytes needs a byte count"},
+      {"--help", 0, "--max-request-bytes N"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.arguments);
+    const ProgramRun run = orbdt(c.arguments);
+    EXPECT_EQ(run.status, c.status) << run.out << run.err;
+    EXPECT_THAT(c.status == 2 ? run.err : run.out, HasSubstr(c.message));
+  }
+}
+
+TEST(OrbdtBatch, AnswersEveryLineButBlankOnesEvenAfterRefusals) {
+  const std::string input =
+      "\n"
+      R"x({"op":"set","type":"MeshAlpha","value":"zeros(1e6,1e6)","id":1})x"
+      "\n \t\r\n"
+      R"({"op":"parse","type":"MeshAlpha","text":"flatt","id":2})"
+      "\n"
+      R"({"op":"parse","type":"MeshAlpha\u0000","text":"flat","id":3})"
+      "\n"
+      "\xFF\n"
+      R"({"op":"set","type":"MeshAlpha","value":"'interp'","id":4})";
+  const ProgramRun run = orbdt("batch", input);
+  EXPECT_EQ(run.status, 0);
+  std::istringstream lines(run.out);
+  std::vector<nlohmann::json> responses;
+  for (std::string line; std::getline(lines, line);) responses.push_back(nlohmann::json::parse(line));
+  ASSERT_EQ(responses.size(), 5u);
+  EXPECT_EQ(responses[0]["id"], 1);
+  EXPECT_EQ(responses[0]["error"]["id"], "orbdt:TooLarge");
+  EXPECT_EQ(responses[1]["id"], 2);
+  EXPECT_EQ(responses[1]["hint"], "did you mean 'flat'?");
+  EXPECT_EQ(responses[2]["error"]["id"], "orbdt:BadRequest");
+  EXPECT_FALSE(responses[2].contains("id"));
+  EXPECT_EQ(responses[3]["error"]["id"], "orbdt:BadRequest");
+  EXPECT_EQ(responses[4]["id"], 4);
+  EXPECT_EQ(responses[4]["text"], "interp");
 }
 
 TEST(OrbdtDemo, ShowsStoredAndRefusedValues) {

@@ -1,6 +1,6 @@
-// Host literals: the reader that turns one literal into a new host array and the writer that turns an
-// array back into a literal the reader accepts.
-#include "orbdt/literal.h"
+// The command language's literals: the reader that turns one literal into a new host array and the
+// writer that turns an array back into a literal the reader accepts.
+#include "cmdlanglib/literal.h"
 
 #include <algorithm>
 #include <cctype>
@@ -9,16 +9,19 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <string>
 #include <type_traits>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
 #include "arraylib/zxdispatch.h"
 #include "arraylib/zxformat.h"
+#include "cmdlanglib/utf8.h"
 #include "foundationlib/i18n/unicode.h"
 
-namespace orbdt {
+namespace cmdlang {
 
 using gui_objects::ZxArrayPtr;
 
@@ -35,10 +38,16 @@ constexpr NamedClass kValueClasses[] = {
     {"int64", zxINT64_CLASS},   {"uint64", zxUINT64_CLASS}, {"logical", zxLOGICAL_CLASS},
 };
 
-// Keeps a typo such as zeros(1e9,1e9) from reaching the allocator.
+// The most elements an array may span, counting its nonzero dimensions only; within it no product
+// of dimensions overflows.
 constexpr zxSize kMaxElements = zxSize{1} << 40;
-// Keeps deeply nested brackets from exhausting the stack.
-constexpr int kMaxDepth = 256;
+
+std::string_view valueClassName(zxClassID classID) {
+  for (const NamedClass& entry : kValueClasses) {
+    if (entry.classID == classID) return entry.name;
+  }
+  return classID == zxCHAR_CLASS ? "char" : "unknown";
+}
 
 bool isIntegerClass(zxClassID classID) {
   return zxIsNumericArrayType(classID) && classID != zxDOUBLE_CLASS && classID != zxSINGLE_CLASS;
@@ -54,8 +63,6 @@ std::vector<zxSize> dimsOf(const zxArray* array) {
 bool isZeroByZero(const zxArray* array) {
   return zxGetNumberOfDimensions(array) == 2 && zxGetM(array) == 0 && zxGetN(array) == 0;
 }
-
-std::string columnText(std::size_t at) { return " at column " + std::to_string(at + 1); }
 
 // One element converted between classes by the rules of the casts: integers round half away from
 // zero and saturate, NaN becomes integer 0, anything nonzero becomes logical 1.
@@ -206,12 +213,57 @@ T readInteger(std::string_view token) {
   return value;
 }
 
-// A 1-by-1 array of the given class holding the number written by token.
-ZxArrayPtr numberOf(zxClassID classID, std::string_view token, bool whole) {
-  ZxArrayPtr result(zxCreateNumericMatrix(1, 1, classID, zxREAL));
+// Charged for one array beyond its elements, and for one element of a row or argument list while it
+// is read (vector growth included).
+constexpr std::size_t kArrayCost = kArrayOverhead;
+constexpr std::size_t kSlotCost = 64;
+
+// The bytes of one element of a numeric or logical class.
+std::size_t classBytes(zxClassID classID) {
+  std::size_t bytes = 0;
+  zx::dispatchNumericOrLogical(classID, [&](auto type) { bytes = sizeof(typename decltype(type)::type); });
+  return bytes;
+}
+
+// The bytes one element of the array takes (both parts when complex); a cell element costs an array
+// of its own, since copies of cells copy every element's header.
+std::size_t elementBytes(const zxArray* array) {
+  if (zxIsCell(array)) return sizeof(zxArray*) + kArrayCost;
+  return zxGetElementSize(array) * (zxIsComplex(array) ? 2 : 1);
+}
+
+zxSize elementCount(const std::vector<zxSize>& dims) {
+  zxSize count = 1;
+  for (const zxSize d : dims) count = saturatingMultiply(count, d);
+  return count;
+}
+
+// The product of the nonzero dimensions: what zxGetN and its kin compute even for an empty array.
+zxSize extentCount(const std::vector<zxSize>& dims) {
+  zxSize count = 1;
+  for (const zxSize d : dims) count = d == 0 ? count : saturatingMultiply(count, d);
+  return count;
+}
+
+std::string dimsText(const std::vector<zxSize>& dims) {
+  std::string text;
+  for (const zxSize d : dims) text += (text.empty() ? "" : "x") + std::to_string(d);
+  return text;
+}
+
+// A number or logical value read inside brackets. Concatenation needs only its class and value, so
+// it gets no array of its own.
+struct Scalar {
+  zxClassID classID = zxDOUBLE_CLASS;
+  alignas(8) unsigned char value[8] = {};
+};
+
+// The number written by token, read in the given class.
+Scalar numberOf(zxClassID classID, std::string_view token, bool whole) {
+  Scalar scalar{classID};
   zx::dispatchNumericOrLogical(classID, [&](auto type) {
     using T = typename decltype(type)::type;
-    T& value = *static_cast<T*>(zxGetWritableData(result.get()));
+    T value{};
     if constexpr (std::is_same_v<T, float>) {
       value = readFloat<float>(token);
     } else if constexpr (std::is_integral_v<T> && !std::is_same_v<T, zxLogical>) {
@@ -219,18 +271,33 @@ ZxArrayPtr numberOf(zxClassID classID, std::string_view token, bool whole) {
     } else {
       value = convertElement<T>(readFloat<double>(token));
     }
+    std::memcpy(scalar.value, &value, sizeof value);
   });
+  return scalar;
+}
+
+Scalar scalarOf(zxClassID classID, double value) {
+  Scalar scalar{classID};
+  convertValues(zxDOUBLE_CLASS, &value, classID, scalar.value, 1, kSamePlace);
+  return scalar;
+}
+
+Scalar logicalOf(bool value) {
+  Scalar scalar{zxLOGICAL_CLASS};
+  scalar.value[0] = value ? 1 : 0;
+  return scalar;
+}
+
+ZxArrayPtr arrayOf(const Scalar& scalar) {
+  ZxArrayPtr result(zxCreateNumericMatrix(1, 1, scalar.classID, zxREAL));
+  std::memcpy(zxGetWritableData(result.get()), scalar.value, classBytes(scalar.classID));
   return result;
 }
 
-ZxArrayPtr scalarOf(zxClassID classID, double value) {
-  ZxArrayPtr result(zxCreateNumericMatrix(1, 1, classID, zxREAL));
-  convertValues(zxDOUBLE_CLASS, &value, classID, zxGetWritableData(result.get()), 1, kSamePlace);
-  return result;
-}
-
+// One element of a row or argument list: an array, or inside brackets a scalar.
 struct Item {
-  ZxArrayPtr value;
+  ZxArrayPtr value;  // null when the element is the scalar
+  Scalar scalar;
   std::size_t column;
 };
 
@@ -239,14 +306,43 @@ struct Row {
   std::vector<Item> items;
 };
 
+// The text being read and the budget its arrays are charged to. Positions are byte offsets into the
+// text; messages show them as 1-based character columns.
+class Source {
+ public:
+  Source(std::string_view text, ByteBudget& budget) : text_(text), budget_(budget) {}
+
+  std::string_view text() const { return text_; }
+  std::string columnText(std::size_t at) const { return " at column " + std::to_string(utf8Column(text_, at)); }
+  [[noreturn]] void fail(const std::string& what, std::size_t at) const { throw LiteralError(what + columnText(at)); }
+
+  // Charges bytes before they are allocated; describe() names what needs them when they do not fit.
+  template <class Describe>
+  void charge(std::size_t bytes, Describe describe) const {
+    if (!budget_.tryCharge(bytes)) budget_.refuse(bytes, describe());
+  }
+
+  // Charges an element of a row or argument list, or a small array, made at byte offset at.
+  void chargeSmall(std::size_t bytes, std::size_t at) const {
+    charge(bytes, [&] { return "the literal" + columnText(at); });
+  }
+
+  ByteBudget& budget() const { return budget_; }
+
+ private:
+  std::string_view text_;
+  ByteBudget& budget_;
+};
+
 // One function call being built: its name, where it starts and its arguments.
 struct Call {
+  const Source& source;
   std::string_view name;
   std::size_t column;
   std::vector<Item> args;
 
   [[noreturn]] void fail(const std::string& what, std::size_t at) const {
-    throw LiteralError(std::string(name) + ": " + what + columnText(at));
+    source.fail(std::string(name) + ": " + what, at);
   }
   [[noreturn]] void fail(const std::string& what) const { fail(what, column); }
 
@@ -268,8 +364,10 @@ struct Call {
   zxSize dimension(std::size_t i) const {
     const zxArray* a = arg(i);
     const double value = isValueArray(a) && zxIsScalar(a) && !zxIsComplex(a) ? zxGetScalar(a) : -1.0;
-    if (!(value >= 0 && value <= static_cast<double>(kMaxElements) && std::floor(value) == value)) {
-      fail("a dimension must be a non-negative whole number", args[i].column);
+    // 2^64 as a double: the first whole number that zxSize cannot hold.
+    constexpr double kBeyondSize = 18446744073709551616.0;
+    if (!(value >= 0 && value < kBeyondSize && std::floor(value) == value)) {
+      fail("a dimension must be a non-negative whole number below 2^64", args[i].column);
     }
     return static_cast<zxSize>(value);
   }
@@ -277,25 +375,23 @@ struct Call {
   // The dimensions given by arguments [first, last); one dimension d means d-by-d.
   std::vector<zxSize> dimensions(std::size_t first, std::size_t last) const {
     std::vector<zxSize> dims;
-    zxSize count = 1;
-    for (std::size_t i = first; i < last; ++i) {
-      dims.push_back(dimension(i));
-      if (dims.back() != 0 && count > kMaxElements / dims.back()) fail("too many elements", args[i].column);
-      count = count * dims.back();
-    }
-    if (dims.size() == 1) {
-      if (dims[0] != 0 && dims[0] > kMaxElements / dims[0]) fail("too many elements", args[first].column);
-      dims.push_back(dims[0]);
-    }
+    for (std::size_t i = first; i < last; ++i) dims.push_back(dimension(i));
+    if (dims.size() == 1) dims.push_back(dims[0]);
     return dims;
   }
-};
 
-std::string dimsText(const std::vector<zxSize>& dims) {
-  std::string text;
-  for (const zxSize d : dims) text += (text.empty() ? "" : "x") + std::to_string(d);
-  return text;
-}
+  // Charges the array this call makes, dims with elements of bytesEach, before it is allocated,
+  // then refuses dimensions whose products would overflow the host's sizes.
+  void chargeArray(const std::vector<zxSize>& dims, std::size_t bytesEach, std::string_view className) const {
+    const auto describe = [&] {
+      return std::string(name) + source.columnText(column) + ": a " + dimsText(dims) + " " + std::string(className) +
+             " array";
+    };
+    source.charge(saturatingMultiply(elementCount(dims), bytesEach), describe);
+    source.charge(kArrayCost, describe);
+    if (extentCount(dims) > kMaxElements) fail("too many elements");
+  }
+};
 
 ZxArrayPtr buildCast(const Call& call, zxClassID classID) {
   call.requireCount(1, 1);
@@ -305,6 +401,8 @@ ZxArrayPtr buildCast(const Call& call, zxClassID classID) {
     if (zxIsComplex(x)) call.fail("complex values cannot become logical", call.args[0].column);
     if (hasNaN(x)) call.fail("NaN cannot become logical", call.args[0].column);
   }
+  const std::size_t parts = zxIsComplex(x) && classID != zxLOGICAL_CLASS ? 2 : 1;
+  call.chargeArray(dimsOf(x), classBytes(classID) * parts, valueClassName(classID));
   return castArray(x, classID);
 }
 
@@ -320,6 +418,7 @@ ZxArrayPtr buildFilled(const Call& call, bool ones) {
   }
   if (dimCount == 0) call.fail("needs at least one dimension");
   const std::vector<zxSize> dims = call.dimensions(0, dimCount);
+  call.chargeArray(dims, classBytes(classID), valueClassName(classID));
   ZxArrayPtr result(zxCreateNumericArray(dims.size(), dims.data(), classID, zxREAL));
   if (ones) {
     zx::dispatchNumericOrLogical(classID, [&](auto type) {
@@ -337,6 +436,7 @@ ZxArrayPtr buildOnes(Call& call) { return buildFilled(call, true); }
 ZxArrayPtr buildCell(Call& call) {
   if (call.args.empty()) call.fail("needs at least one dimension");
   const std::vector<zxSize> dims = call.dimensions(0, call.args.size());
+  call.chargeArray(dims, sizeof(zxArray*), "cell");
   return ZxArrayPtr(zxCreateCellArray(dims.size(), dims.data()));
 }
 
@@ -347,11 +447,10 @@ ZxArrayPtr buildReshape(Call& call) {
     call.fail("can reshape only full numeric, logical, text and cell arrays", call.args[0].column);
   }
   const std::vector<zxSize> dims = call.dimensions(1, call.args.size());
-  zxSize count = 1;
-  for (const zxSize d : dims) count *= d;
-  if (count != zxGetNumberOfElements(x)) {
+  if (elementCount(dims) != zxGetNumberOfElements(x)) {
     call.fail("cannot reshape " + std::to_string(zxGetNumberOfElements(x)) + " elements into " + dimsText(dims));
   }
+  call.chargeArray(dims, elementBytes(x), zxGetClassName(x));
   return withDims(x, dims);
 }
 
@@ -368,6 +467,7 @@ ZxArrayPtr buildComplex(Call& call) {
   const std::vector<zxSize> dims = dimsOf(re);
   if (dims != dimsOf(im)) call.fail("the parts differ in size", call.args[1].column);
   const zxClassID classID = zxGetClassID(re) == zxGetClassID(im) ? zxGetClassID(re) : zxDOUBLE_CLASS;
+  call.chargeArray(dims, 2 * classBytes(classID), valueClassName(classID));
   ZxArrayPtr result(zxCreateNumericArray(dims.size(), dims.data(), classID, zxCOMPLEX));
   const zxSize count = zxGetNumberOfElements(re);
   convertValues(zxGetClassID(re), zxGetData(re), classID, zxGetWritableData(result.get()), count, kSamePlace);
@@ -378,26 +478,40 @@ ZxArrayPtr buildComplex(Call& call) {
 ZxArrayPtr buildSparse(Call& call) {
   call.requireCount(1, 1);
   const zxArray* x = call.arg(0);
-  if (zxIsSparse(x)) return ZxArrayPtr(zxCreateSharedDataCopy(x));
+  if (zxIsSparse(x)) {
+    call.source.chargeSmall(kArrayCost, call.column);
+    return ZxArrayPtr(zxCreateSharedDataCopy(x));
+  }
   if (!(zxIsDouble(x) || zxIsLogical(x)) || zxGetNumberOfDimensions(x) != 2) {
     call.fail("needs a 2-D double or logical argument", call.args[0].column);
   }
-  return makeSparse(x);
+  return makeSparse(x, call.source.budget());
 }
 
 ZxArrayPtr buildStruct(Call& call) {
   if (call.args.size() % 2 != 0) call.fail("needs name and value pairs");
+  const std::size_t fieldCount = call.args.size() / 2;
+  // Each field costs its slot, its name and the lookups that keep names unique.
+  constexpr std::size_t kFieldCost = 160;
+  std::size_t nameBytes = 0;
+  for (std::size_t i = 0; i < call.args.size(); i += 2) nameBytes += zxGetNumberOfElements(call.arg(i));
+  call.source.charge(saturatingAdd(saturatingMultiply(fieldCount, kFieldCost), 3 * nameBytes), [&] {
+    return "struct" + call.source.columnText(call.column) + ": " + std::to_string(fieldCount) + " fields";
+  });
   std::vector<std::string> names;
+  names.reserve(fieldCount);
+  std::unordered_set<std::string_view> seen;
   for (std::size_t i = 0; i < call.args.size(); i += 2) {
     std::string name = call.textArg(i, "a field name");
     if (!isFieldName(name)) call.fail("invalid field name '" + name + "'", call.args[i].column);
-    if (std::find(names.begin(), names.end(), name) != names.end()) {
-      call.fail("duplicate field '" + name + "'", call.args[i].column);
-    }
     names.push_back(std::move(name));
+    // names never reallocates (it was reserved), so the view stays valid.
+    if (!seen.insert(names.back()).second) call.fail("duplicate field '" + names.back() + "'", call.args[i].column);
   }
   std::vector<const char*> pointers;
+  pointers.reserve(names.size());
   for (const std::string& name : names) pointers.push_back(name.c_str());
+  call.source.chargeSmall(kArrayCost, call.column);
   ZxArrayPtr result(zxCreateStructMatrix(1, 1, static_cast<int>(pointers.size()), pointers.data()));
   for (std::size_t i = 1; i < call.args.size(); i += 2) {
     zxSetFieldByNumber(result.get(), 0, static_cast<int>(i / 2), call.args[i].value.release());
@@ -421,37 +535,65 @@ const Function* functionNamed(std::string_view name) {
   return found != std::end(kFunctions) ? found : nullptr;
 }
 
+// What concatenation reads of one element, an array or a scalar alike.
+struct Element {
+  zxClassID classID;
+  bool valueOrText;
+  bool complex;
+  bool sparse;
+  zxSize ndims;
+  zxSize m;
+  zxSize n;
+  const void* re;
+  const void* im;
+
+  bool isZeroByZero() const { return ndims == 2 && m == 0 && n == 0; }
+};
+
+Element elementOf(const Item& item) {
+  const zxArray* v = item.value.get();
+  if (v == nullptr) return {item.scalar.classID, true, false, false, 2, 1, 1, item.scalar.value, nullptr};
+  const bool valueOrText = isValueArray(v) || zxIsChar(v);
+  return {zxGetClassID(v),
+          valueOrText,
+          zxIsComplex(v),
+          zxIsSparse(v),
+          zxGetNumberOfDimensions(v),
+          zxGetM(v),
+          valueOrText ? zxGetN(v) : 0,
+          zxGetData(v),
+          zxGetImagData(v)};
+}
+
 // The class that wins when brackets concatenate elements of classes a and b.
-zxClassID combinedClass(zxClassID a, zxClassID b, std::size_t at) {
+zxClassID combinedClass(const Source& source, zxClassID a, zxClassID b, std::size_t at) {
   if (a == b) return a;
-  if (a == zxCHAR_CLASS || b == zxCHAR_CLASS) throw LiteralError("text and numbers cannot be mixed" + columnText(at));
-  if (isIntegerClass(a) && isIntegerClass(b)) {
-    throw LiteralError("different integer classes cannot be mixed" + columnText(at));
-  }
+  if (a == zxCHAR_CLASS || b == zxCHAR_CLASS) source.fail("text and numbers cannot be mixed", at);
+  if (isIntegerClass(a) && isIntegerClass(b)) source.fail("different integer classes cannot be mixed", at);
   if (isIntegerClass(a)) return a;
   if (isIntegerClass(b)) return b;
   if (a == zxSINGLE_CLASS || b == zxSINGLE_CLASS) return zxSINGLE_CLASS;
   return zxDOUBLE_CLASS;
 }
 
-ZxArrayPtr concatenate(const std::vector<Row>& rows) {
+// The array that brackets opened at byte offset open make of their rows.
+ZxArrayPtr concatenate(const Source& source, const std::vector<Row>& rows, std::size_t open) {
   std::optional<zxClassID> classID;
   bool complex = false;
   for (const Row& row : rows) {
     for (const Item& item : row.items) {
-      const zxArray* v = item.value.get();
-      if (!(isValueArray(v) || zxIsChar(v))) {
-        throw LiteralError("brackets hold numbers, logicals and text only" + columnText(item.column));
-      }
-      if (zxIsSparse(v)) throw LiteralError("sparse arrays cannot be concatenated" + columnText(item.column));
-      if (zxGetNumberOfDimensions(v) > 2) {
-        throw LiteralError("N-D arrays cannot be concatenated" + columnText(item.column));
-      }
-      classID = classID ? combinedClass(*classID, zxGetClassID(v), item.column) : zxGetClassID(v);
-      complex = complex || zxIsComplex(v);
+      const Element v = elementOf(item);
+      if (!v.valueOrText) source.fail("brackets hold numbers, logicals and text only", item.column);
+      if (v.sparse) source.fail("sparse arrays cannot be concatenated", item.column);
+      if (v.ndims > 2) source.fail("N-D arrays cannot be concatenated", item.column);
+      classID = classID ? combinedClass(source, *classID, v.classID, item.column) : v.classID;
+      complex = complex || v.complex;
     }
   }
-  if (!classID) return ZxArrayPtr(zxCreateDoubleMatrix(0, 0, zxREAL));
+  if (!classID) {
+    source.chargeSmall(kArrayCost, open);
+    return ZxArrayPtr(zxCreateDoubleMatrix(0, 0, zxREAL));
+  }
 
   constexpr zxSize kUnset = std::numeric_limits<zxSize>::max();
   zxSize height = 0;
@@ -460,47 +602,63 @@ ZxArrayPtr concatenate(const std::vector<Row>& rows) {
     zxSize rowHeight = kUnset;
     zxSize rowWidth = 0;
     for (const Item& item : row.items) {
-      const zxArray* v = item.value.get();
-      if (isZeroByZero(v)) continue;
-      if (rowHeight != kUnset && zxGetM(v) != rowHeight) {
-        throw LiteralError("elements of one row differ in height" + columnText(item.column));
-      }
-      rowHeight = zxGetM(v);
-      rowWidth += zxGetN(v);
+      const Element v = elementOf(item);
+      if (v.isZeroByZero()) continue;
+      if (rowHeight != kUnset && v.m != rowHeight) source.fail("elements of one row differ in height", item.column);
+      rowHeight = v.m;
+      rowWidth = saturatingAdd(rowWidth, v.n);
     }
     if (rowHeight == kUnset) continue;
-    if (width != kUnset && rowWidth != width) throw LiteralError("ragged rows" + columnText(row.column));
+    if (width != kUnset && rowWidth != width) source.fail("ragged rows", row.column);
     width = rowWidth;
-    height += rowHeight;
+    height = saturatingAdd(height, rowHeight);
   }
   if (width == kUnset) width = 0;
 
-  const zxSize dims[] = {height, width};
-  ZxArrayPtr result(*classID == zxCHAR_CLASS ? zxCreateCharArray(2, dims)
-                                             : zxCreateNumericArray(2, dims, *classID, complex ? zxCOMPLEX : zxREAL));
+  const std::vector<zxSize> dims = {height, width};
+  const std::size_t bytesEach = *classID == zxCHAR_CLASS ? sizeof(zxChar) : classBytes(*classID) * (complex ? 2 : 1);
+  const auto describe = [&] {
+    return "brackets" + source.columnText(open) + ": a " + dimsText(dims) + " " +
+           std::string(valueClassName(*classID)) + " array";
+  };
+  source.charge(saturatingMultiply(elementCount(dims), bytesEach), describe);
+  source.charge(kArrayCost, describe);
+  if (extentCount(dims) > kMaxElements) source.fail("too many elements", open);
+  ZxArrayPtr result(*classID == zxCHAR_CLASS
+                        ? zxCreateCharArray(2, dims.data())
+                        : zxCreateNumericArray(2, dims.data(), *classID, complex ? zxCOMPLEX : zxREAL));
   zxSize top = 0;
   for (const Row& row : rows) {
     zxSize left = 0;
     zxSize rowHeight = 0;
     for (const Item& item : row.items) {
-      const zxArray* v = item.value.get();
-      if (isZeroByZero(v)) continue;
-      rowHeight = zxGetM(v);
-      convertInto(v, result.get(), [&](zxSize i) { return top + i % rowHeight + (left + i / rowHeight) * height; });
-      left += zxGetN(v);
+      const Element v = elementOf(item);
+      if (v.isZeroByZero()) continue;
+      rowHeight = v.m;
+      const auto where = [&](zxSize i) { return top + i % rowHeight + (left + i / rowHeight) * height; };
+      convertValues(v.classID, v.re, *classID, zxGetWritableData(result.get()), v.m * v.n, where);
+      if (v.complex && complex) {
+        convertValues(v.classID, v.im, *classID, zxGetWritableImagData(result.get()), v.m * v.n, where);
+      }
+      left += v.n;
     }
     top += rowHeight;
   }
   return result;
 }
 
-ZxArrayPtr cellOf(std::vector<Row>& rows) {
-  if (rows.empty()) return ZxArrayPtr(zxCreateCellMatrix(0, 0));
+// The cell that braces opened at byte offset open make of their rows.
+ZxArrayPtr cellOf(const Source& source, std::vector<Row>& rows, std::size_t open) {
+  if (rows.empty()) {
+    source.chargeSmall(kArrayCost, open);
+    return ZxArrayPtr(zxCreateCellMatrix(0, 0));
+  }
   const zxSize m = rows.size();
   const zxSize n = rows.front().items.size();
   for (const Row& row : rows) {
-    if (row.items.size() != n) throw LiteralError("ragged rows" + columnText(row.column));
+    if (row.items.size() != n) source.fail("ragged rows", row.column);
   }
+  source.chargeSmall(saturatingAdd(m * n * sizeof(zxArray*), kArrayCost), open);
   ZxArrayPtr result(zxCreateCellMatrix(m, n));
   for (zxSize r = 0; r < m; ++r) {
     for (zxSize c = 0; c < n; ++c) zxSetCell(result.get(), r + c * m, rows[r].items[c].value.release());
@@ -508,10 +666,10 @@ ZxArrayPtr cellOf(std::vector<Row>& rows) {
   return result;
 }
 
-// A recursive-descent reader over the text; positions are byte offsets, reported 1-based.
+// A recursive-descent reader over the text.
 class Parser {
  public:
-  explicit Parser(std::string_view text) : text_(text) {}
+  explicit Parser(const Source& source) : source_(source), text_(source.text()) {}
 
   ZxArrayPtr parseAll() {
     skipBlanks();
@@ -523,7 +681,7 @@ class Parser {
   }
 
  private:
-  [[noreturn]] static void fail(const std::string& what, std::size_t at) { throw LiteralError(what + columnText(at)); }
+  [[noreturn]] void fail(const std::string& what, std::size_t at) const { source_.fail(what, at); }
   [[noreturn]] void failUnbalanced(std::size_t open) const {
     fail(std::string("unbalanced '") + text_[open] + "'", open);
   }
@@ -533,6 +691,7 @@ class Parser {
   static bool isNameStart(char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; }
   static bool isNameChar(char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; }
   static bool isDigit(char c) { return c >= '0' && c <= '9'; }
+  static bool isNumberStart(char c) { return isDigit(c) || c == '.' || c == '+' || c == '-'; }
 
   // Returns whether any blank was skipped.
   bool skipBlanks() {
@@ -541,10 +700,14 @@ class Parser {
     return pos_ != start;
   }
 
+  void checkDepth() const {
+    if (depth_ >= kMaxLiteralDepth) fail("literal nested too deeply", pos_);
+  }
+
   // numberClass is the class in which bare numbers are read: that of the innermost cast for single
   // and the integer classes, double everywhere else.
   ZxArrayPtr parseValue(zxClassID numberClass) {
-    if (depth_ >= kMaxDepth) fail("literal nested too deeply", pos_);
+    checkDepth();
     ++depth_;
     ZxArrayPtr result = parseValueAt(numberClass);
     --depth_;
@@ -552,24 +715,49 @@ class Parser {
   }
 
   ZxArrayPtr parseValueAt(zxClassID numberClass) {
+    const std::size_t start = pos_;
+    if (std::optional<Scalar> scalar = parseScalar(numberClass)) {
+      source_.chargeSmall(kArrayCost + sizeof scalar->value, start);
+      return arrayOf(*scalar);
+    }
     const char c = peek();
-    if (atEnd()) fail("expected a literal", pos_);
-    if (isDigit(c) || c == '.' || c == '+' || c == '-') return parseNumber(numberClass);
     if (c == '\'') return parseText();
     if (c == '[') {
       const std::size_t open = pos_++;
-      return concatenate(parseRows(']', open, numberClass));
+      return concatenate(source_, parseRows(']', open, numberClass, true), open);
     }
     if (c == '{') {
       const std::size_t open = pos_++;
-      std::vector<Row> rows = parseRows('}', open, zxDOUBLE_CLASS);
-      return cellOf(rows);
+      std::vector<Row> rows = parseRows('}', open, zxDOUBLE_CLASS, false);
+      return cellOf(source_, rows, open);
     }
-    if (isNameStart(c)) return parseName(numberClass);
-    fail(std::string("unexpected '") + c + "'", pos_);
+    if (isNameStart(c)) return parseCall();
+    fail("unexpected " + quotedCharacter(pos_), pos_);
   }
 
-  ZxArrayPtr parseNumber(zxClassID numberClass) {
+  // The character at byte offset at, whole, for a message.
+  std::string quotedCharacter(std::size_t at) const {
+    if (utf8CharacterLength(text_, at) == 0) return utf8CharacterText(text_, at);
+    return "'" + utf8CharacterText(text_, at) + "'";
+  }
+
+  // A number, NaN, Inf, true or false; nullopt, having read nothing, for anything else.
+  std::optional<Scalar> parseScalar(zxClassID numberClass) {
+    if (atEnd()) fail("expected a literal", pos_);
+    if (isNumberStart(peek())) return parseNumber(numberClass);
+    if (!isNameStart(peek())) return std::nullopt;
+    const std::size_t start = pos_;
+    const std::string_view name = scanName();
+    pos_ = start;
+    if (name == "true" || name == "false") {
+      pos_ += name.size();
+      return logicalOf(name == "true");
+    }
+    if (equalsIgnoringCase(name, "nan") || equalsIgnoringCase(name, "inf")) return parseNumber(numberClass);
+    return std::nullopt;
+  }
+
+  Scalar parseNumber(zxClassID numberClass) {
     const std::size_t start = pos_;
     bool negative = false;
     if (peek() == '+' || peek() == '-') negative = text_[pos_++] == '-';
@@ -616,33 +804,53 @@ class Parser {
 
   ZxArrayPtr parseText() {
     const std::size_t start = pos_++;
-    std::string bytes;
-    for (;;) {
-      if (atEnd()) fail("unterminated text", start);
-      const char c = text_[pos_++];
-      if (c == '\'') {
-        if (peek() != '\'') break;
-        ++pos_;
-      }
-      bytes += c;
+    // The closing quote is found first, so that the text's arrays are charged before they are made.
+    std::size_t end = pos_;
+    std::size_t length = 0;
+    for (;; ++end, ++length) {
+      if (end >= text_.size()) fail("unterminated text", start);
+      if (text_[end] != '\'') continue;
+      if (end + 1 >= text_.size() || text_[end + 1] != '\'') break;
+      ++end;
     }
+    // The UTF-8 bytes, their UTF-16 units and the array's copy of them.
+    source_.charge(saturatingAdd(5 * length, kArrayCost), [&] { return "text" + source_.columnText(start); });
+    std::string bytes;
+    bytes.reserve(length);
+    for (; pos_ < end; ++pos_) {
+      bytes += text_[pos_];
+      if (text_[pos_] == '\'') ++pos_;
+    }
+    pos_ = end + 1;
     const std::u16string units = fl::i18n::utf8ToUtf16(bytes);
     return ZxArrayPtr(zxCreateStringFromUTF16(units.data(), units.size()));
   }
 
+  // One element of a row or argument list. Inside brackets (scalars true) numbers, NaN, Inf, true and
+  // false stay scalars.
+  Item parseItem(zxClassID numberClass, bool scalars) {
+    const std::size_t column = pos_;
+    source_.chargeSmall(kSlotCost, column);
+    if (scalars) {
+      checkDepth();
+      if (std::optional<Scalar> scalar = parseScalar(numberClass)) return Item{nullptr, *scalar, column};
+    }
+    return Item{parseValue(numberClass), {}, column};
+  }
+
   // Rows of a bracket or brace opened at open, up to and including its closing character.
-  std::vector<Row> parseRows(char close, std::size_t open, zxClassID numberClass) {
+  std::vector<Row> parseRows(char close, std::size_t open, zxClassID numberClass, bool scalars) {
     std::vector<Row> rows;
     skipBlanks();
     if (peek() == close) {
       ++pos_;
       return rows;
     }
+    source_.chargeSmall(kSlotCost, pos_);
     rows.push_back(Row{pos_, {}});
     for (;;) {
       if (atEnd()) failUnbalanced(open);
-      const std::size_t column = pos_;
-      rows.back().items.push_back(Item{parseValue(numberClass), column});
+      rows.back().items.push_back(parseItem(numberClass, scalars));
       const bool blank = skipBlanks();
       if (atEnd()) failUnbalanced(open);
       const char c = peek();
@@ -653,9 +861,13 @@ class Parser {
       if (c == ',' || c == ';') {
         ++pos_;
         skipBlanks();
-        if (c == ';') rows.push_back(Row{pos_, {}});
+        if (c == ';') {
+          source_.chargeSmall(kSlotCost, pos_);
+          rows.push_back(Row{pos_, {}});
+        }
       } else if (c == ']' || c == '}' || c == ')') {
-        fail(std::string("'") + c + "' does not close '" + text_[open] + "' from column " + std::to_string(open + 1),
+        fail(std::string("'") + c + "' does not close '" + text_[open] + "' from column " +
+                 std::to_string(utf8Column(text_, open)),
              pos_);
       } else if (!blank) {
         fail("expected ',' or a blank between elements", pos_);
@@ -663,14 +875,9 @@ class Parser {
     }
   }
 
-  ZxArrayPtr parseName(zxClassID numberClass) {
+  ZxArrayPtr parseCall() {
     const std::size_t start = pos_;
     const std::string_view name = scanName();
-    if (name == "true" || name == "false") return ZxArrayPtr(zxCreateLogicalScalar(name == "true"));
-    if (equalsIgnoringCase(name, "nan") || equalsIgnoringCase(name, "inf")) {
-      pos_ = start;
-      return parseNumber(numberClass);
-    }
     const std::optional<zxClassID> cast = valueClassNamed(name);
     const Function* function = cast ? nullptr : functionNamed(name);
     if (!cast && function == nullptr) fail("unknown function '" + std::string(name) + "'", start);
@@ -678,7 +885,7 @@ class Parser {
     if (peek() != '(') fail("expected '(' after '" + std::string(name) + "'", pos_);
     const std::size_t open = pos_++;
     const bool readsInClass = cast && (*cast == zxSINGLE_CLASS || isIntegerClass(*cast));
-    Call call{name, start, parseArguments(open, readsInClass ? *cast : zxDOUBLE_CLASS)};
+    Call call{source_, name, start, parseArguments(open, readsInClass ? *cast : zxDOUBLE_CLASS)};
     return cast ? buildCast(call, *cast) : function->build(call);
   }
 
@@ -691,8 +898,7 @@ class Parser {
     }
     for (;;) {
       if (atEnd()) failUnbalanced(open);
-      const std::size_t column = pos_;
-      args.push_back(Item{parseValue(numberClass), column});
+      args.push_back(parseItem(numberClass, false));
       skipBlanks();
       if (atEnd()) failUnbalanced(open);
       if (peek() == ')') {
@@ -705,6 +911,7 @@ class Parser {
     }
   }
 
+  const Source& source_;
   std::string_view text_;
   std::size_t pos_ = 0;
   int depth_ = 0;
@@ -902,6 +1109,11 @@ bool isFieldName(std::string_view name) {
 }
 
 ZxArrayPtr makeSparse(const zxArray* full) {
+  ByteBudget unlimited;
+  return makeSparse(full, unlimited);
+}
+
+ZxArrayPtr makeSparse(const zxArray* full, ByteBudget& budget) {
   if (!(zxIsDouble(full) || zxIsLogical(full)) || zxIsSparse(full) || zxGetNumberOfDimensions(full) != 2) {
     throw LiteralError("only full 2-D double and logical arrays can become sparse");
   }
@@ -915,6 +1127,11 @@ ZxArrayPtr makeSparse(const zxArray* full) {
     const auto nonzero = [&](zxSize i) { return re[i] != T{} || (im != nullptr && im[i] != T{}); };
     zxSize stored = 0;
     for (zxSize i = 0; i < m * n; ++i) stored += nonzero(i) ? 1 : 0;
+    // Each stored value keeps its row index; each column its start.
+    const std::size_t bytesEach = sizeof(T) * (im != nullptr ? 2 : 1) + sizeof(zxSize);
+    budget.charge(saturatingAdd(saturatingAdd(stored * bytesEach, (n + 1) * sizeof(zxSize)), kArrayCost),
+                  "a " + std::to_string(m) + "x" + std::to_string(n) + " sparse array with " + std::to_string(stored) +
+                      " nonzero elements");
     result.reset(zxIsLogical(full) ? zxCreateSparseLogicalMatrix(m, n, stored)
                                    : zxCreateSparse(m, n, stored, zxIsComplex(full) ? zxCOMPLEX : zxREAL));
     zxSize* rowOf = zxGetWritableIr(result.get());
@@ -939,7 +1156,13 @@ ZxArrayPtr makeSparse(const zxArray* full) {
 }
 
 ZxArrayPtr readLiteral(std::string_view text) {
-  ZxArrayPtr result = Parser(text).parseAll();
+  ByteBudget unlimited;
+  return readLiteral(text, unlimited);
+}
+
+ZxArrayPtr readLiteral(std::string_view text, ByteBudget& budget) {
+  const Source source(text, budget);
+  ZxArrayPtr result = Parser(source).parseAll();
   zxSetArrayScope(result.get(), zxPERSISTENT);
   return result;
 }
@@ -950,4 +1173,4 @@ std::string writeLiteral(const zxArray* array) {
   return out;
 }
 
-}  // namespace orbdt
+}  // namespace cmdlang

@@ -1,5 +1,6 @@
-// Host literals: reading one literal ("[1 0 0]", "uint8(5)", "{'a', 2}", "struct('x', 1)", ...) into a
-// new host array, writing an array back as a literal, and the helpers the JSON form shares with them.
+// The command language's literals: reading one literal ("[1 0 0]", "uint8(5)", "{'a', 2}",
+// "struct('x', 1)", ...) into a new host array, writing an array back as a literal, and the helpers
+// that other readers of arrays share with them.
 //
 // The grammar, blanks allowed around every token:
 //   literal  = number | "true" | "false" | text | "[" rows "]" | "{" rows "}" | call
@@ -12,7 +13,7 @@
 // A sign belongs to the number only when nothing separates them, so "[1 -2]" has two elements and
 // "[1-2]" is refused. Whole numbers written without a point or exponent inside an integer cast are
 // read in that class directly, so int64 and uint64 values stay exact; numbers inside single(...) are
-// read as singles.
+// read as singles. Error messages give positions as 1-based character columns.
 #pragma once
 
 #include <optional>
@@ -21,9 +22,10 @@
 #include <string_view>
 
 #include "arraylib/zxarray.h"
+#include "cmdlanglib/budget.h"
 #include "guilib/auto_ptr.h"
 
-namespace orbdt {
+namespace cmdlang {
 
 // A literal or an ARRAY object that cannot become an array; what() says what is wrong and where.
 class LiteralError : public std::runtime_error {
@@ -31,8 +33,14 @@ class LiteralError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// How deeply brackets, braces and calls may nest in one literal.
+inline constexpr int kMaxLiteralDepth = 256;
+
 // The array written by one literal. The array belongs to the caller even inside a host call frame.
-// Throws LiteralError for anything that is not exactly one well-formed literal.
+// Throws LiteralError for anything that is not exactly one well-formed literal. Every array the
+// reader makes, the final one and those it is built from, is charged to budget before it is
+// allocated; one that does not fit raises TooLargeError. Without a budget only arrays of more than
+// 2^40 elements are refused for their size.
 //
 // Brackets concatenate numeric, logical and text elements: 0-by-0 elements are skipped, doubles and
 // logicals give double, single wins over both, an integer class wins over all three, and text mixes
@@ -45,6 +53,7 @@ class LiteralError : public std::runtime_error {
 // complex(X,Y) keeps the class of X and Y when they share it and gives double otherwise. struct
 // builds one element and stores every V as it is, a cell included.
 gui_objects::ZxArrayPtr readLiteral(std::string_view text);
+gui_objects::ZxArrayPtr readLiteral(std::string_view text, ByteBudget& budget);
 
 // The array as a literal that readLiteral reads back to an equal array: same class, dimensions,
 // complexity, sparsity and values bit for bit (NaN payloads aside). Two cases do not read back:
@@ -56,11 +65,13 @@ std::string writeLiteral(const zxArray* array);
 // The numeric or logical class called name ("double", "uint8", "logical", ...); nullopt otherwise.
 std::optional<zxClassID> valueClassNamed(std::string_view name);
 
-// A sparse copy of a full 2-D double or logical array that stores its nonzero elements only. Throws
-// LiteralError for any other class or shape, or for an array that is already sparse.
+// A sparse copy of a full 2-D double or logical array that stores its nonzero elements only, charged
+// to budget when one is given. Throws LiteralError for any other class or shape, or for an array that
+// is already sparse.
 gui_objects::ZxArrayPtr makeSparse(const zxArray* full);
+gui_objects::ZxArrayPtr makeSparse(const zxArray* full, ByteBudget& budget);
 
 // Whether name can name a struct field: a letter followed by letters, digits and underscores.
 bool isFieldName(std::string_view name);
 
-}  // namespace orbdt
+}  // namespace cmdlang

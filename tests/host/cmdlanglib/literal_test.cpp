@@ -1,7 +1,6 @@
-// Tests of host literals: what each form reads as, what is refused and why, the written forms, and
-// that every written literal reads back to an equal array. Also defines the array comparison and
-// the sample arrays that the JSON tests share.
-#include "orbdt/literal.h"
+// Tests of literals: what each form reads as, what is refused and why, the written forms, and that
+// every written literal reads back to an equal array.
+#include "cmdlanglib/literal.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,144 +12,16 @@
 #include <string>
 #include <vector>
 
+#include "array_samples.h"
 #include "arraylib/zxdispatch.h"
 #include "arraylib/zxerror.h"
 
-namespace orbdt::test {
+namespace cmdlang::test {
 
 using gui_objects::ZxArrayPtr;
 
-// Class, dimensions, complexity, sparsity and contents equal; floating values compared bit for bit
-// except that any NaN equals any NaN.
-::testing::AssertionResult sameArray(const zxArray* a, const zxArray* b) {
-  if (a == nullptr || b == nullptr) {
-    return a == b ? ::testing::AssertionSuccess() : ::testing::AssertionFailure() << "one element is absent";
-  }
-  if (std::string(zxGetClassName(a)) != zxGetClassName(b)) {
-    return ::testing::AssertionFailure() << zxGetClassName(a) << " vs " << zxGetClassName(b);
-  }
-  const std::vector<zxSize> dimsA(zxGetDimensions(a), zxGetDimensions(a) + zxGetNumberOfDimensions(a));
-  const std::vector<zxSize> dimsB(zxGetDimensions(b), zxGetDimensions(b) + zxGetNumberOfDimensions(b));
-  if (dimsA != dimsB) return ::testing::AssertionFailure() << "dims differ";
-  if (zxIsComplex(a) != zxIsComplex(b) || zxIsSparse(a) != zxIsSparse(b)) {
-    return ::testing::AssertionFailure() << "complexity or sparsity differs";
-  }
-  const zxSize count = zxGetNumberOfElements(a);
-  if (zxIsChar(a) && count > 0 && std::memcmp(zxGetChars(a), zxGetChars(b), count * sizeof(zxChar)) != 0) {
-    return ::testing::AssertionFailure() << "characters differ";
-  }
-  const ZxArrayPtr fullA(zxMustBeFull(a));
-  const ZxArrayPtr fullB(zxMustBeFull(b));
-  bool same = true;
-  zx::dispatchNumericOrLogical(zxGetClassID(a), [&](auto type) {
-    using T = typename decltype(type)::type;
-    for (const bool imag : {false, true}) {
-      if (imag && !zxIsComplex(a)) break;
-      const T* x = static_cast<const T*>(imag ? zxGetImagData(fullA.get()) : zxGetData(fullA.get()));
-      const T* y = static_cast<const T*>(imag ? zxGetImagData(fullB.get()) : zxGetData(fullB.get()));
-      for (zxSize i = 0; i < count; ++i) {
-        bool bothNaN = false;
-        if constexpr (std::is_floating_point_v<T>) bothNaN = std::isnan(x[i]) && std::isnan(y[i]);
-        same = same && (bothNaN || std::memcmp(&x[i], &y[i], sizeof(T)) == 0);
-      }
-    }
-  });
-  if (!same) return ::testing::AssertionFailure() << "values differ";
-  if (zxIsCell(a)) {
-    for (zxSize i = 0; i < count; ++i) {
-      auto inner = sameArray(zxGetCell(a, i), zxGetCell(b, i));
-      if (!inner) return inner << " in cell " << i;
-    }
-  }
-  if (zxIsStruct(a)) {
-    if (zxGetNumberOfFields(a) != zxGetNumberOfFields(b)) return ::testing::AssertionFailure() << "fields differ";
-    for (int f = 0; f < zxGetNumberOfFields(a); ++f) {
-      if (std::string(zxGetFieldNameByNumber(a, f)) != zxGetFieldNameByNumber(b, f)) {
-        return ::testing::AssertionFailure() << "field names differ";
-      }
-      for (zxSize i = 0; i < count; ++i) {
-        auto inner = sameArray(zxGetFieldByNumber(a, i, f), zxGetFieldByNumber(b, i, f));
-        if (!inner) return inner << " in field " << zxGetFieldNameByNumber(a, f);
-      }
-    }
-  }
-  return ::testing::AssertionSuccess();
-}
-
-template <class T>
-ZxArrayPtr matrixOf(zxSize m, zxSize n, const std::vector<T>& re, const std::vector<T>& im = {}) {
-  ZxArrayPtr array(zxCreateNumericMatrix(m, n, zx::classIDOf<T>, im.empty() ? zxREAL : zxCOMPLEX));
-  std::memcpy(zxGetWritableData(array.get()), re.data(), re.size() * sizeof(T));
-  if (!im.empty()) std::memcpy(zxGetWritableImagData(array.get()), im.data(), im.size() * sizeof(T));
-  return array;
-}
-
-struct Sample {
-  std::string name;
-  ZxArrayPtr array;
-  bool hasAbsent = false;  // absent cell elements or struct fields, which literals cannot express
-};
-
-// Arrays of every class; the numeric edge cases are built directly so that the reader is not
-// needed to make them.
-std::vector<Sample> sampleArrays() {
-  constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-  constexpr double kInf = std::numeric_limits<double>::infinity();
-  using I64 = std::numeric_limits<std::int64_t>;
-  std::vector<Sample> samples;
-  samples.push_back({"doubles", matrixOf<double>(2, 3, {-0.0, 5e-324, 1.7976931348623157e308, kNaN, -kInf, 0.1})});
-  samples.push_back({"singles", matrixOf<float>(1, 4, {0.1F, -0.0F, 1e-45F, std::numeric_limits<float>::infinity()})});
-  samples.push_back({"int64", matrixOf<std::int64_t>(1, 3, {I64::min(), 9007199254740993, I64::max()})});
-  samples.push_back({"uint64", matrixOf<std::uint64_t>(1, 2, {0, std::numeric_limits<std::uint64_t>::max()})});
-  samples.push_back({"int8", matrixOf<std::int8_t>(2, 1, {-128, 127})});
-  samples.push_back({"uint32", matrixOf<std::uint32_t>(1, 1, {4294967295U})});
-  samples.push_back({"complex", matrixOf<double>(1, 2, {1, kNaN}, {-0.0, 2.5})});
-  samples.push_back({"complex int16", matrixOf<std::int16_t>(1, 2, {-32768, 1}, {32767, 0})});
-  samples.push_back({"complex single", matrixOf<float>(1, 1, {0.1F}, {0.2F})});
-  ZxArrayPtr sparse(zxCreateSparse(3, 2, 1, zxCOMPLEX));
-  zxGetWritableIr(sparse.get())[0] = 2;
-  zxGetWritableJc(sparse.get())[1] = 1;
-  zxGetWritableJc(sparse.get())[2] = 1;
-  zxGetWritablePr(sparse.get())[0] = 0.5;
-  zxGetWritablePi(sparse.get())[0] = -1;
-  samples.push_back({"sparse complex", std::move(sparse)});
-  ZxArrayPtr cell(zxCreateCellMatrix(1, 2));
-  zxSetCell(cell.get(), 1, zxCreateDoubleScalar(1));
-  samples.push_back({"absent cell", std::move(cell), true});
-  const char* field = "f";
-  ZxArrayPtr record(zxCreateStructMatrix(1, 1, 1, &field));
-  samples.push_back({"absent field", std::move(record), true});
-  samples.push_back({"struct array", ZxArrayPtr(zxCreateStructMatrix(1, 2, 1, &field)), true});
-  for (const char* text : {"sparse([0 2; 3 0])",
-                           "sparse(logical([0 1; 1 0]))",
-                           "sparse(zeros(0, 3))",
-                           "logical([1 0; 0 1])",
-                           "true",
-                           "reshape(int8([1 2 3 4 5 6 7 8]), 2, 2, 2)",
-                           "ones(2, 1, 2, 'logical')",
-                           "zeros(0, 3, 'uint16')",
-                           "zeros(3, 0, 2)",
-                           "complex(zeros(0, 2), zeros(0, 2))",
-                           "[]",
-                           "''",
-                           "{}",
-                           "cell(2, 0)",
-                           "reshape('', 1, 0)",
-                           "'it''s'",
-                           "['h\xC3\xA9' ; 'ab']",
-                           "'\xF0\x9F\x98\x80!'",
-                           "reshape('abcdefgh', 2, 2, 2)",
-                           "reshape({1, 'a', {}, true}, 1, 2, 2)",
-                           "{'a', {int8(1); struct('x', {2})}; [1 2], struct()}",
-                           "struct('a', [1 2], 'b', struct('c', 'd'))"}) {
-    samples.push_back({text, readLiteral(text)});
-  }
-  return samples;
-}
-
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInf = std::numeric_limits<double>::infinity();
 
 // The elements of a numeric, logical or char array (full form) as doubles.
@@ -169,6 +40,16 @@ std::vector<double> valuesOf(const zxArray* array, bool imag) {
     for (zxSize i = 0; i < count; ++i) values.push_back(static_cast<double>(static_cast<const T*>(data)[i]));
   });
   return values;
+}
+
+void expectRefused(const std::string& text, const char* message) {
+  SCOPED_TRACE(text);
+  try {
+    readLiteral(text);
+    ADD_FAILURE() << "accepted";
+  } catch (const LiteralError& error) {
+    EXPECT_THAT(error.what(), ::testing::HasSubstr(message));
+  }
 }
 
 bool sameValues(const std::vector<double>& a, const std::vector<double>& b) {
@@ -306,16 +187,88 @@ TEST(ReadLiteralTest, RefusesMalformedLiteralsSayingWhatAndWhere) {
       {"['a' 1]", "text and numbers cannot be mixed"},
       {"[int8(1) uint8(1)]", "different integer classes cannot be mixed"},
       {std::string(1000, '['), "nested too deeply"},
+      {"zeros(0, 1e12, 1e12)", "zeros: too many elements at column 1"},
+      {"reshape([], 0, 1e12, 1e12)", "reshape: too many elements at column 1"},
+      {"zeros(1e20)", "a dimension must be a non-negative whole number"},
+  };
+  for (const Case& c : kCases) expectRefused(c.text, c.message);
+}
+
+TEST(ReadLiteralTest, NestsUpToItsDepthAndNoFurther) {
+  const auto brackets = [](std::size_t depth) { return std::string(depth, '[') + "1" + std::string(depth, ']'); };
+  const std::size_t kDepth = kMaxLiteralDepth;
+  EXPECT_EQ(zxGetScalar(readLiteral(brackets(kDepth - 1)).get()), 1.0);
+  EXPECT_THROW(readLiteral(brackets(kDepth)), LiteralError);
+  EXPECT_THROW(readLiteral(std::string(60000, '{') + std::string(60000, '}')), LiteralError);
+  EXPECT_THROW(readLiteral(std::string(60000, '[') + std::string(60000, ']')), LiteralError);
+}
+
+TEST(ReadLiteralTest, GivesColumnsInCharactersAndShowsCharactersWhole) {
+  struct Case {
+    const char* text;
+    const char* message;
+  };
+  static constexpr Case kCases[] = {
+      {"'\xC3\xA9\xC3\xA9' x", "unexpected text after literal at column 6"},
+      {"[1 \xE2\x82\xAC]", "unexpected '\xE2\x82\xAC' at column 4"},
+      {"{'\xF0\x9F\x98\x80', \xF0\x9F\x98\x80}", "unexpected '\xF0\x9F\x98\x80' at column 7"},
+      {"[1 \xFF]", "unexpected byte 0xFF at column 4"},
+      {"['\xE6\x97\xA5' 1}", "'}' does not close '[' from column 1 at column 7"},
+      {"'\xE6\x97\xA5\xE6\x9C\xAC", "unterminated text at column 1"},
+      {"['\xE6\x97\xA5'; 1 2]", "text and numbers cannot be mixed at column 7"},
+  };
+  for (const Case& c : kCases) expectRefused(c.text, c.message);
+}
+
+TEST(ReadLiteralTest, RefusesArraysBeyondTheBudgetBeforeMakingThem) {
+  struct Case {
+    const char* text;
+    std::size_t limit;
+    std::size_t needed;  // at least; SIZE_MAX: more than any count
+    const char* message;
+  };
+  constexpr std::size_t kMiB = 1 << 20;
+  static constexpr Case kCases[] = {
+      {"zeros(1e6, 1e6)", kMiB, 8000000000000,
+       "zeros at column 1: a 1000000x1000000 double array needs 8000000000000 bytes (7.3 TiB); the limit is 1048576 "
+       "bytes (1 MiB)"},
+      {"zeros(1e9, 1e9, 1e9)", kMiB, SIZE_MAX, "a 1000000000x1000000000x1000000000 double array needs more than"},
+      {"ones(4611686018427387904, 2)", kMiB, SIZE_MAX, "ones at column 1: a 4611686018427387904x2 double array"},
+      {"cell(1e5)", kMiB, 80000000000, "cell at column 1: a 100000x100000 cell array"},
+      {"{1, uint8(zeros(2e4))}", kMiB, 3200000000, "zeros at column 11: a 20000x20000 double array"},
+      {"int16(ones(1000))", 9 * kMiB, 2000000, "int16 at column 1: a 1000x1000 int16 array"},
+      {"reshape(zeros(1, 1e6), 1e3, 1e3)", 10 * kMiB, 8000000, "reshape at column 1: a 1000x1000 double array"},
+      {"[zeros(1, 1e6) zeros(1, 1e6)]", 20 * kMiB, 16000000, "brackets at column 1: a 1x2000000 double array"},
+      {"complex(zeros(1e3), zeros(1e3))", 20 * kMiB, 16000000, "complex at column 1: a 1000x1000 double array"},
+      {"sparse(ones(1000))", 10 * kMiB, 16000000, "a 1000x1000 sparse array with 1000000 nonzero elements"},
+      {"'\xE6\x97\xA5\xE6\x97\xA5\xE6\x97\xA5'", 100, 9, "text at column 1 needs"},
   };
   for (const Case& c : kCases) {
     SCOPED_TRACE(c.text);
+    ByteBudget budget(c.limit);
     try {
-      readLiteral(c.text);
+      readLiteral(c.text, budget);
       ADD_FAILURE() << "accepted";
-    } catch (const LiteralError& error) {
+    } catch (const TooLargeError& error) {
+      EXPECT_GE(error.needed(), c.needed);
+      EXPECT_EQ(error.limit(), c.limit);
       EXPECT_THAT(error.what(), ::testing::HasSubstr(c.message));
     }
   }
+}
+
+TEST(ReadLiteralTest, ChargesWhatItMakesAndReadsTheSameWithinABudget) {
+  for (const Sample& sample : sampleArrays()) {
+    if (sample.hasAbsent) continue;
+    SCOPED_TRACE(sample.name);
+    const std::string text = writeLiteral(sample.array.get());
+    ByteBudget budget(1 << 20);
+    EXPECT_TRUE(sameArray(readLiteral(text, budget).get(), sample.array.get()));
+    EXPECT_GE(budget.used(), zxGetNumberOfElements(sample.array.get()) * zxGetElementSize(sample.array.get()));
+  }
+  ByteBudget budget(1 << 20);
+  readLiteral("zeros(100, 100)", budget);
+  EXPECT_GE(budget.used(), 80000U);
 }
 
 TEST(WriteLiteralTest, WritesEachClassInItsForm) {
@@ -368,4 +321,4 @@ TEST(WriteLiteralTest, EveryWrittenLiteralReadsBackEqual) {
 }
 
 }  // namespace
-}  // namespace orbdt::test
+}  // namespace cmdlang::test

@@ -1,0 +1,139 @@
+// The shared sample arrays and array comparison.
+#include "array_samples.h"
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <type_traits>
+
+#include "arraylib/zxdispatch.h"
+#include "cmdlanglib/literal.h"
+
+namespace cmdlang::test {
+
+using gui_objects::ZxArrayPtr;
+
+::testing::AssertionResult sameArray(const zxArray* a, const zxArray* b) {
+  if (a == nullptr || b == nullptr) {
+    return a == b ? ::testing::AssertionSuccess() : ::testing::AssertionFailure() << "one element is absent";
+  }
+  if (std::string(zxGetClassName(a)) != zxGetClassName(b)) {
+    return ::testing::AssertionFailure() << zxGetClassName(a) << " vs " << zxGetClassName(b);
+  }
+  const std::vector<zxSize> dimsA(zxGetDimensions(a), zxGetDimensions(a) + zxGetNumberOfDimensions(a));
+  const std::vector<zxSize> dimsB(zxGetDimensions(b), zxGetDimensions(b) + zxGetNumberOfDimensions(b));
+  if (dimsA != dimsB) return ::testing::AssertionFailure() << "dims differ";
+  if (zxIsComplex(a) != zxIsComplex(b) || zxIsSparse(a) != zxIsSparse(b)) {
+    return ::testing::AssertionFailure() << "complexity or sparsity differs";
+  }
+  const zxSize count = zxGetNumberOfElements(a);
+  if (zxIsChar(a) && count > 0 && std::memcmp(zxGetChars(a), zxGetChars(b), count * sizeof(zxChar)) != 0) {
+    return ::testing::AssertionFailure() << "characters differ";
+  }
+  const ZxArrayPtr fullA(zxMustBeFull(a));
+  const ZxArrayPtr fullB(zxMustBeFull(b));
+  bool same = true;
+  zx::dispatchNumericOrLogical(zxGetClassID(a), [&](auto type) {
+    using T = typename decltype(type)::type;
+    for (const bool imag : {false, true}) {
+      if (imag && !zxIsComplex(a)) break;
+      const T* x = static_cast<const T*>(imag ? zxGetImagData(fullA.get()) : zxGetData(fullA.get()));
+      const T* y = static_cast<const T*>(imag ? zxGetImagData(fullB.get()) : zxGetData(fullB.get()));
+      for (zxSize i = 0; i < count; ++i) {
+        bool bothNaN = false;
+        if constexpr (std::is_floating_point_v<T>) bothNaN = std::isnan(x[i]) && std::isnan(y[i]);
+        same = same && (bothNaN || std::memcmp(&x[i], &y[i], sizeof(T)) == 0);
+      }
+    }
+  });
+  if (!same) return ::testing::AssertionFailure() << "values differ";
+  if (zxIsCell(a)) {
+    for (zxSize i = 0; i < count; ++i) {
+      auto inner = sameArray(zxGetCell(a, i), zxGetCell(b, i));
+      if (!inner) return inner << " in cell " << i;
+    }
+  }
+  if (zxIsStruct(a)) {
+    if (zxGetNumberOfFields(a) != zxGetNumberOfFields(b)) return ::testing::AssertionFailure() << "fields differ";
+    for (int f = 0; f < zxGetNumberOfFields(a); ++f) {
+      if (std::string(zxGetFieldNameByNumber(a, f)) != zxGetFieldNameByNumber(b, f)) {
+        return ::testing::AssertionFailure() << "field names differ";
+      }
+      for (zxSize i = 0; i < count; ++i) {
+        auto inner = sameArray(zxGetFieldByNumber(a, i, f), zxGetFieldByNumber(b, i, f));
+        if (!inner) return inner << " in field " << zxGetFieldNameByNumber(a, f);
+      }
+    }
+  }
+  return ::testing::AssertionSuccess();
+}
+
+namespace {
+
+template <class T>
+ZxArrayPtr matrixOf(zxSize m, zxSize n, const std::vector<T>& re, const std::vector<T>& im = {}) {
+  ZxArrayPtr array(zxCreateNumericMatrix(m, n, zx::classIDOf<T>, im.empty() ? zxREAL : zxCOMPLEX));
+  std::memcpy(zxGetWritableData(array.get()), re.data(), re.size() * sizeof(T));
+  if (!im.empty()) std::memcpy(zxGetWritableImagData(array.get()), im.data(), im.size() * sizeof(T));
+  return array;
+}
+
+}  // namespace
+
+std::vector<Sample> sampleArrays() {
+  constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+  constexpr double kInf = std::numeric_limits<double>::infinity();
+  using I64 = std::numeric_limits<std::int64_t>;
+  std::vector<Sample> samples;
+  samples.push_back({"doubles", matrixOf<double>(2, 3, {-0.0, 5e-324, 1.7976931348623157e308, kNaN, -kInf, 0.1})});
+  samples.push_back({"singles", matrixOf<float>(1, 4, {0.1F, -0.0F, 1e-45F, std::numeric_limits<float>::infinity()})});
+  samples.push_back({"int64", matrixOf<std::int64_t>(1, 3, {I64::min(), 9007199254740993, I64::max()})});
+  samples.push_back({"uint64", matrixOf<std::uint64_t>(1, 2, {0, std::numeric_limits<std::uint64_t>::max()})});
+  samples.push_back({"int8", matrixOf<std::int8_t>(2, 1, {-128, 127})});
+  samples.push_back({"uint32", matrixOf<std::uint32_t>(1, 1, {4294967295U})});
+  samples.push_back({"complex", matrixOf<double>(1, 2, {1, kNaN}, {-0.0, 2.5})});
+  samples.push_back({"complex int16", matrixOf<std::int16_t>(1, 2, {-32768, 1}, {32767, 0})});
+  samples.push_back({"complex single", matrixOf<float>(1, 1, {0.1F}, {0.2F})});
+  ZxArrayPtr sparse(zxCreateSparse(3, 2, 1, zxCOMPLEX));
+  zxGetWritableIr(sparse.get())[0] = 2;
+  zxGetWritableJc(sparse.get())[1] = 1;
+  zxGetWritableJc(sparse.get())[2] = 1;
+  zxGetWritablePr(sparse.get())[0] = 0.5;
+  zxGetWritablePi(sparse.get())[0] = -1;
+  samples.push_back({"sparse complex", std::move(sparse)});
+  ZxArrayPtr cell(zxCreateCellMatrix(1, 2));
+  zxSetCell(cell.get(), 1, zxCreateDoubleScalar(1));
+  samples.push_back({"absent cell", std::move(cell), true});
+  const char* field = "f";
+  ZxArrayPtr record(zxCreateStructMatrix(1, 1, 1, &field));
+  samples.push_back({"absent field", std::move(record), true});
+  samples.push_back({"struct array", ZxArrayPtr(zxCreateStructMatrix(1, 2, 1, &field)), true});
+  for (const char* text : {"sparse([0 2; 3 0])",
+                           "sparse(logical([0 1; 1 0]))",
+                           "sparse(zeros(0, 3))",
+                           "logical([1 0; 0 1])",
+                           "true",
+                           "reshape(int8([1 2 3 4 5 6 7 8]), 2, 2, 2)",
+                           "ones(2, 1, 2, 'logical')",
+                           "zeros(0, 3, 'uint16')",
+                           "zeros(3, 0, 2)",
+                           "complex(zeros(0, 2), zeros(0, 2))",
+                           "[]",
+                           "''",
+                           "{}",
+                           "cell(2, 0)",
+                           "reshape('', 1, 0)",
+                           "'it''s'",
+                           "['h\xC3\xA9' ; 'ab']",
+                           "'\xF0\x9F\x98\x80!'",
+                           "reshape('abcdefgh', 2, 2, 2)",
+                           "reshape({1, 'a', {}, true}, 1, 2, 2)",
+                           "{'a', {int8(1); struct('x', {2})}; [1 2], struct()}",
+                           "struct('a', [1 2], 'b', struct('c', 'd'))"}) {
+    samples.push_back({text, readLiteral(text)});
+  }
+  return samples;
+}
+
+}  // namespace cmdlang::test
