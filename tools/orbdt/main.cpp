@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "cmdlanglib/literal.h"
+#include "orbdt/catalog.h"
 #include "orbdt/demo.h"
 #include "orbdt/host_session.h"
 #include "orbdt/request_line.h"
@@ -24,6 +25,7 @@ const std::string kUsage =
     "       orbdt equal TYPE VALUE1 VALUE2 [--json]\n"
     "       orbdt batch\n"
     "       orbdt demo\n"
+    "       orbdt catalog      (a Markdown reference of every type)\n"
     "TYPE is a short name (ColorMap) or a full name (korvax.graphics.datatype.ColorMap).\n"
     "VALUE is a host literal: 1, [1 0 0], 'red', {'-', '--'}, uint8([0 255]), zeros(0,3), ...\n"
     "Options:\n"
@@ -98,7 +100,8 @@ int main(int argc, char** argv) {
   }
   const bool batch = words[0] == "batch" && words.size() == 1;
   const nlohmann::json request = requestOf(words);
-  if (!batch && !(words[0] == "demo" && words.size() == 1) && request.is_null()) {
+  const bool wholeSession = batch || ((words[0] == "demo" || words[0] == "catalog") && words.size() == 1);
+  if (!wholeSession && request.is_null()) {
     std::cerr << kUsage;
     return 2;
   }
@@ -111,6 +114,10 @@ int main(int argc, char** argv) {
     const orbdt::HostSession host(orbdt::HostSession::defaultLibrary());
     if (batch) return runBatch(host, *maxRequestBytes);
     if (words[0] == "demo") return orbdt::runDemo(host, std::cout);
+    if (words[0] == "catalog") {
+      orbdt::writeCatalog(host, std::cout);
+      return 0;
+    }
     cmdlang::ByteBudget budget(*maxRequestBytes);
     const orbdt::Response response =
         orbdt::runRequest(host, request, budget, json ? orbdt::Form::Json : orbdt::Form::Text);
