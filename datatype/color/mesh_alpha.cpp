@@ -10,7 +10,6 @@
 #include "datatype/conversion_support.h"
 #include "datatype/data_type_definitions.h"
 #include "datatype/errors.h"
-#include "datatype/possible_values.h"
 #include "guilib/array_exceptions.h"
 #include "utillib/ut.h"
 
@@ -50,10 +49,9 @@ double MeshAlpha::checkAlpha(double alphaValue) {
 MeshAlpha MeshAlpha::fromText(const char* text) {
   const std::optional<MeshAlphaStyle::value> style = MeshAlphaStyle::fromName(text);
   if (style && *style != MeshAlphaStyle::alpha) return MeshAlpha(*style, 1.0);
-  // A number as a stream reads it; anything but blanks after it is refused as well.
   std::istringstream in{std::string(text)};
   double number = 0.0;
-  if (!(in >> number) || !(in >> std::ws).eof()) raise<Korvax::orb::dt_conv::Matrix_to_Real::ExpectedNumeric1>();
+  if (!(in >> number)) raise<Korvax::orb::dt_conv::Matrix_to_Real::ExpectedNumeric1>();
   return MeshAlpha(number);
 }
 
@@ -65,17 +63,6 @@ bool MeshAlpha::operator==(const MeshAlpha& other) const {
 void* MeshAlpha::operator new(std::size_t size) { return allocateValueBlock(size); }
 
 void MeshAlpha::operator delete(void* block) { utFree(block); }
-
-const char* MeshAlphaDataType::getPossibleValuesDescription() const { return ""; }
-
-bool MeshAlphaDataType::isPossibleValuesFinite() const { return true; }
-
-objsys::COSEnumeration* MeshAlphaDataType::getPossibleValues() {
-  auto* cursor =
-      new (std::nothrow) NamedValuesCursor(this, getDataTypeName(), MeshAlphaStyle::enumeration().offeredNames());
-  if (cursor == nullptr) throw fl::except::bad_alloc();
-  return cursor;
-}
 
 struct MeshAlphaRules {
   using Value = MeshAlpha;

@@ -6,8 +6,8 @@
 #include <optional>
 #include <string_view>
 
+#include "datatype/color/named_styles.h"
 #include "datatype/conversions.h"
-#include "datatype/data_type_base.h"
 #include "datatype/enums/style_enumeration.h"
 #include "datatype/export.h"
 
@@ -31,7 +31,8 @@ class ORB_EXPORT MeshAlpha {
   MeshAlpha() = default;
   explicit MeshAlpha(double alphaValue);
   MeshAlpha(MeshAlphaStyle::value style, double alphaValue);
-  // The text rule: a drawing-mode name, or one number read as a stream reads it.
+  // The text rule: a drawing-mode name, or a number read as a stream reads one, so whatever follows
+  // the number ("0.5abc", "0.5 0.7") is ignored, deliberately.
   static MeshAlpha fromText(const char* text);
 
   bool operator==(const MeshAlpha& other) const;
@@ -48,21 +49,17 @@ class ORB_EXPORT MeshAlpha {
   double alpha_ = 1.0;
 };
 
-class ORB_EXPORT MeshAlphaDataType : public BasicDataType<MeshAlphaDataType, MeshAlpha> {
+class ORB_EXPORT MeshAlphaDataType : public NamedStylesDataType<MeshAlphaDataType, MeshAlpha, MeshAlphaStyle> {
  public:
   static constexpr const char* kName = "MeshAlpha";
   static constexpr const char* kClassName = "MeshAlphaDataType";
   static constexpr std::size_t kValueSizeInBytes = 16;
   static MeshAlpha makeDefaultValue() { return MeshAlpha(); }
-
-  const char* getPossibleValuesDescription() const override;
-  bool isPossibleValuesFinite() const override;
-  objsys::COSEnumeration* getPossibleValues() override;
 };
 
 // Arrays: a drawing-mode name, or a numeric scalar of any class read by value; an empty slot reads
-// back as a 0-by-0 double. Text: a drawing-mode name or one number; a number is written as a stream
-// writes it.
+// back as a 0-by-0 double. Text: a drawing-mode name or a leading number; a number is written as a
+// stream writes it.
 struct ORB_EXPORT MeshAlphaRules;
 class ORB_EXPORT MeshAlphaMC final : public ArrayConversion<MeshAlphaRules> {};
 class ORB_EXPORT MeshAlphaSC final : public TextConversion<MeshAlphaRules> {};

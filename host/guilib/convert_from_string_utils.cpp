@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string_view>
 #include <system_error>
 #include <type_traits>
@@ -25,6 +26,7 @@ const char* ParseException::what() const noexcept { return reason_; }
 namespace {
 
 constexpr const char* kWrongShape = "matrix text has the wrong shape";
+constexpr const char* kMalformedNumber = "matrix text has a malformed number";
 
 enum class NumberKind { Integer, Decimal, NaN, Infinity };
 
@@ -77,7 +79,7 @@ bool startsWithWord(const char* p, std::string_view word) {
 const char* refusalFor(char c) {
   if (c == '\0') return "matrix text lacks its closing bracket";
   if (c == '[' || c == ']') return "matrix text has unbalanced brackets";
-  if (mayStartNumber(c)) return "matrix text has a malformed number";
+  if (mayStartNumber(c)) return kMalformedNumber;
   return "matrix text has an unexpected character";
 }
 
@@ -133,56 +135,69 @@ const char* scanSeparators(const char* p, SeparatorRun& run) {
   }
 }
 
-void endRow(Shape& shape, std::size_t length) {
+// Closes a row of length numbers; the refusal when its length differs from the rows before it.
+const char* endRow(Shape& shape, std::size_t length) {
   if (shape.rows == 0) {
     shape.cols = length;
   } else if (length != shape.cols) {
-    throw ParseException("matrix text has rows of unequal length");
+    return "matrix text has rows of unequal length";
   }
   ++shape.rows;
+  return nullptr;
 }
 
 // Walks matrix text, handing each number with its row and column to onNumber in reading order, and
-// returns the shape. Throws ParseException for malformed text, so onNumber may see a prefix of a
-// refused text.
+// fills shape. Returns why the text is refused, or null; onNumber returns a refusal of its own or
+// null, and may see a prefix of a refused text. Raises nothing itself, so the try-parsers stay cheap.
 template <class OnNumber>
-Shape scanMatrix(const char* text, OnNumber&& onNumber) {
-  if (text == nullptr) throw ParseException("no matrix text");
+const char* scanMatrix(const char* text, Shape& shape, OnNumber&& onNumber) {
+  if (text == nullptr) return "no matrix text";
   const char* p = skipSpace(text);
   const bool bracketed = *p == '[';
   if (bracketed) p = skipSpace(p + 1);
   const char closing = bracketed ? ']' : '\0';
-  Shape shape;
+  shape = {};
   if (*p != closing) {
     std::size_t col = 0;
     NumberToken token;
     SeparatorRun run;
     for (;;) {
       const char* const end = scanNumber(p, token);
-      if (end == nullptr) throw ParseException(refusalFor(*p));
-      onNumber(token, shape.rows, col++);
+      if (end == nullptr) return refusalFor(*p);
+      if (const char* refusal = onNumber(token, shape.rows, col++)) return refusal;
       p = scanSeparators(end, run);
       const bool rowEnds = run.semicolons + run.lineBreaks > 0;
       if (*p == closing) {
-        if (run.commas > 0 || run.semicolons > 1) throw ParseException("matrix text ends with a stray separator");
-        endRow(shape, col);
+        if (run.commas > 0 || run.semicolons > 1) return "matrix text ends with a stray separator";
+        if (const char* refusal = endRow(shape, col)) return refusal;
         break;
       }
-      if (!mayStartNumber(*p)) throw ParseException(refusalFor(*p));
+      if (!mayStartNumber(*p)) return refusalFor(*p);
       if (!rowEnds) {
-        if (run.commas > 1) throw ParseException("matrix text has an empty element");
-        if (run.blanks + run.commas == 0) throw ParseException("matrix text has numbers without a separator");
+        if (run.commas > 1) return "matrix text has an empty element";
+        if (run.blanks + run.commas == 0) return "matrix text has numbers without a separator";
       } else {
-        if (run.commas > 0 || run.semicolons > 1 || run.lineBreaks > 1) {
-          throw ParseException("matrix text has an empty row");
-        }
-        endRow(shape, col);
+        if (run.commas > 0 || run.semicolons > 1 || run.lineBreaks > 1) return "matrix text has an empty row";
+        if (const char* refusal = endRow(shape, col)) return refusal;
         col = 0;
       }
     }
   }
   if (bracketed) p = skipSpace(p + 1);
-  if (*p != '\0') throw ParseException("matrix text has text after its end");
+  if (*p != '\0') return "matrix text has text after its end";
+  return nullptr;
+}
+
+// scanMatrix for callers whose onNumber returns nothing and raises its own refusals; raises
+// ParseException for the scanner's.
+template <class OnNumber>
+Shape scanMatrixOrThrow(const char* text, OnNumber&& onNumber) {
+  Shape shape;
+  const char* const refusal = scanMatrix(text, shape, [&](const NumberToken& token, std::size_t row, std::size_t col) {
+    onNumber(token, row, col);
+    return static_cast<const char*>(nullptr);
+  });
+  if (refusal != nullptr) throw ParseException(refusal);
   return shape;
 }
 
@@ -219,8 +234,9 @@ bool exceedsRange(std::string_view digits) {
   return power > 0;
 }
 
+// The token's value in F, or nullopt for digits from_chars cannot read (the scanner admits none).
 template <class F>
-F toFloating(const NumberToken& token) {
+std::optional<F> floatingOf(const NumberToken& token) noexcept {
   F magnitude = 0;
   switch (token.kind) {
     case NumberKind::NaN: magnitude = std::numeric_limits<F>::quiet_NaN(); break;
@@ -233,12 +249,19 @@ F toFloating(const NumberToken& token) {
       if (error == std::errc::result_out_of_range) {
         magnitude = exceedsRange(token.digits) ? std::numeric_limits<F>::infinity() : F(0);
       } else if (error != std::errc() || end != last) {
-        throw ParseException("matrix text has a malformed number");
+        return std::nullopt;
       }
       break;
     }
   }
   return token.negative ? -magnitude : magnitude;
+}
+
+template <class F>
+F toFloating(const NumberToken& token) {
+  const std::optional<F> value = floatingOf<F>(token);
+  if (!value) throw ParseException(kMalformedNumber);
+  return *value;
 }
 
 template <class I>
@@ -265,7 +288,7 @@ I toInteger(const NumberToken& token) {
   const char* const last = first + token.digits.size();
   const auto [end, error] = std::from_chars(first, last, magnitude);
   if (error == std::errc::result_out_of_range) return token.negative ? kLowest : kHighest;
-  if (error != std::errc() || end != last) throw ParseException("matrix text has a malformed number");
+  if (error != std::errc() || end != last) throw ParseException(kMalformedNumber);
   if (!token.negative) return magnitude <= static_cast<std::uint64_t>(kHighest) ? static_cast<I>(magnitude) : kHighest;
   if constexpr (std::is_unsigned_v<I>) {
     return 0;
@@ -291,14 +314,33 @@ T convertTo(const NumberToken& token) {
   }
 }
 
+// Reads exactly Rows rows of Cols numbers into values, row by row; returns the refusal or null.
+template <std::size_t Rows, std::size_t Cols>
+const char* scanFixed(const char* text, std::array<double, Rows * Cols>& values) noexcept {
+  Shape shape;
+  const char* const refusal =
+      scanMatrix(text, shape, [&values](const NumberToken& token, std::size_t row, std::size_t col) -> const char* {
+        if (row >= Rows || col >= Cols) return kWrongShape;
+        const std::optional<double> value = floatingOf<double>(token);
+        if (!value) return kMalformedNumber;
+        values[row * Cols + col] = *value;
+        return nullptr;
+      });
+  if (refusal != nullptr) return refusal;
+  return shape.rows == Rows && shape.cols == Cols ? nullptr : kWrongShape;
+}
+
 template <std::size_t Rows, std::size_t Cols>
 std::array<double, Rows * Cols> parseFixed(const char* text) {
   std::array<double, Rows * Cols> values{};
-  const Shape shape = scanMatrix(text, [&values](const NumberToken& token, std::size_t row, std::size_t col) {
-    if (row >= Rows || col >= Cols) throw ParseException(kWrongShape);
-    values[row * Cols + col] = toFloating<double>(token);
-  });
-  if (shape.rows != Rows || shape.cols != Cols) throw ParseException(kWrongShape);
+  if (const char* refusal = scanFixed<Rows, Cols>(text, values)) throw ParseException(refusal);
+  return values;
+}
+
+template <std::size_t Cols>
+std::optional<std::array<double, Cols>> tryParseRow(const char* text) noexcept {
+  std::array<double, Cols> values{};
+  if (scanFixed<1, Cols>(text, values) != nullptr) return std::nullopt;
   return values;
 }
 
@@ -314,6 +356,18 @@ Point2d parse_1x2_double(const char* text) {
 Point3d parse_1x3_double(const char* text) {
   const auto v = parseFixed<1, 3>(text);
   return {v[0], v[1], v[2]};
+}
+
+std::optional<Point3d> try_parse_1x3_double(const char* text) noexcept {
+  const auto v = tryParseRow<3>(text);
+  if (!v) return std::nullopt;
+  return Point3d{(*v)[0], (*v)[1], (*v)[2]};
+}
+
+std::optional<Point4d> try_parse_1x4_double(const char* text) noexcept {
+  const auto v = tryParseRow<4>(text);
+  if (!v) return std::nullopt;
+  return Point4d{(*v)[0], (*v)[1], (*v)[2], (*v)[3]};
 }
 
 Point4d parse_1x4_double(const char* text) {
@@ -336,7 +390,7 @@ Matrix4x4d parse_4x4_double(const char* text) {
 }
 
 void parse_array_dimensions(const char* text, zxSize& rows, zxSize& cols) {
-  const Shape shape = scanMatrix(text, [](const NumberToken&, std::size_t, std::size_t) {});
+  const Shape shape = scanMatrixOrThrow(text, [](const NumberToken&, std::size_t, std::size_t) {});
   rows = shape.rows;
   cols = shape.cols;
 }
@@ -350,7 +404,7 @@ zxArray* parse_mxn(const char* text, zxSize m, zxSize n, zxClassID classID) {
                                              : zxCreateNumericMatrix(m, n, classID, zxREAL));
     if (!array) throw fl::except::bad_alloc();
     T* const values = static_cast<T*>(zxGetWritableData(array.get()));
-    const Shape shape = scanMatrix(text, [&](const NumberToken& token, std::size_t row, std::size_t col) {
+    const Shape shape = scanMatrixOrThrow(text, [&](const NumberToken& token, std::size_t row, std::size_t col) {
       if (row >= m || col >= n) throw ParseException(kWrongShape);
       values[row + col * m] = convertTo<T>(token);
     });

@@ -16,6 +16,7 @@
 #pragma once
 
 #include <exception>
+#include <optional>
 
 #include "arraylib/zxarray.h"
 #include "foundationlib/visibility.h"
@@ -40,6 +41,10 @@ double parse_double_scalar(const char* text);
 Point2d parse_1x2_double(const char* text);
 Point3d parse_1x3_double(const char* text);
 Point4d parse_1x4_double(const char* text);
+// The same row readers without raising: nullopt where the throwing ones raise ParseException. They
+// let a caller try one shape after another without paying for an exception.
+std::optional<Point3d> try_parse_1x3_double(const char* text) noexcept;
+std::optional<Point4d> try_parse_1x4_double(const char* text) noexcept;
 // Two rows of three: the minimum corner x y z, then the maximum corner. The corners are not checked
 // against each other.
 BoundingVolume parse_2x3_double(const char* text);

@@ -51,6 +51,10 @@ TEST_F(MeshAlphaConversions, ArraysGiveModesAndNumbersOfAnyNumericClass) {
       {"mode name", zxCreateString("interp"), MeshAlphaStyle::interp, 1.0},
       {"abbreviated, any case", zxCreateString(" TEXT "), MeshAlphaStyle::texturemap, 1.0},
       {"number as text", zxCreateString("0.25"), MeshAlphaStyle::alpha, 0.25},
+      // A stream reads the leading number and stops; what follows is ignored, deliberately.
+      {"number with trailing text", zxCreateString("0.5abc"), MeshAlphaStyle::alpha, 0.5},
+      {"first of two numbers", zxCreateString("0.5 0.7"), MeshAlphaStyle::alpha, 0.5},
+      {"blanks before the number", zxCreateString("  0.125"), MeshAlphaStyle::alpha, 0.125},
       {"double", zxCreateDoubleScalar(0.5), MeshAlphaStyle::alpha, 0.5},
       {"both ends", zxCreateDoubleScalar(0), MeshAlphaStyle::alpha, 0.0},
       {"single", scalarOf(0.75f), MeshAlphaStyle::alpha, 0.75},
@@ -87,7 +91,7 @@ TEST_F(MeshAlphaConversions, RefusedArraysRaiseTheirIdentifiers) {
       {"1-by-1 cell", zxCreateCellMatrix(1, 1), kExpectedNumeric},
       {"the explicit style's own name", zxCreateString("alpha"), kNotANumber},
       {"neither mode nor number", zxCreateString("opaque"), kNotANumber},
-      {"number with trailing text", zxCreateString("0.5 px"), kNotANumber},
+      {"text before the number", zxCreateString("px 0.5"), kNotANumber},
       {"empty text", zxCreateString(""), kNotANumber},
       {"number cut short by a NUL", zxCreateStringFromUTF16(u"0.5\0x", 5), kNotANumber},
   };

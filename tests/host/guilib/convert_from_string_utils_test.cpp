@@ -134,20 +134,28 @@ TEST(ParseRowTest, OneByTwoThreeAndFourNeedExactlyOneRowOfThatLength) {
     } else {
       EXPECT_THROW(parse_1x2_double(c.text), ParseException);
     }
+    // The try-parsers accept exactly what the throwing ones accept, with the same numbers.
+    const std::optional<Point3d> tried3 = try_parse_1x3_double(c.text);
+    const std::optional<Point4d> tried4 = try_parse_1x4_double(c.text);
+    EXPECT_EQ(tried3.has_value(), c.length == 3);
+    EXPECT_EQ(tried4.has_value(), c.length == 4);
     if (c.length == 3) {
       const Point3d p = parse_1x3_double(c.text);
       EXPECT_TRUE(p == (Point3d{1, 2, 3}) || p == (Point3d{0.1, 0.2, 0.3}));
+      EXPECT_EQ(tried3, p);
     } else {
       EXPECT_THROW(parse_1x3_double(c.text), ParseException);
     }
     if (c.length == 4) {
       EXPECT_EQ(parse_1x4_double(c.text), (Point4d{1, 2, 3, 4}));
+      EXPECT_EQ(tried4, (Point4d{1, 2, 3, 4}));
     } else {
       EXPECT_THROW(parse_1x4_double(c.text), ParseException);
     }
   }
   const Point4d unusual = parse_1x4_double("[NaN -Inf 1e-400 -0]");
   EXPECT_TRUE(std::isnan(unusual.x));
+  EXPECT_FALSE(try_parse_1x3_double(nullptr).has_value());
   EXPECT_EQ(unusual.y, -kInf);
   EXPECT_EQ(unusual.z, 0.0);
   EXPECT_TRUE(std::signbit(unusual.w));

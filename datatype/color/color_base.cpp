@@ -1,0 +1,181 @@
+// ColorBase and the color name table.
+#include "datatype/color/color_base.h"
+
+#include <algorithm>
+#include <cctype>
+#include <locale>
+#include <optional>
+#include <span>
+
+#include "datatype/errors.h"
+#include "datatype/value_block.h"
+#include "guilib/convert_from_string_utils.h"
+#include "utillib/ut.h"
+
+namespace graphics::datatype {
+namespace {
+
+namespace parse = gui_objects::convert_from_string_utils;
+
+// Text lowercased into a buffer that holds short texts without allocating.
+class LowercaseText {
+ public:
+  // Lowercases with the C runtime's mapping, byte by byte.
+  static LowercaseText byCRuntime(std::string_view text) {
+    LowercaseText lower(text);
+    for (char& c : lower.chars()) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return lower;
+  }
+  // Lowercases with the mapping of the process's global locale.
+  static LowercaseText byGlobalLocale(std::string_view text) {
+    LowercaseText lower(text);
+    const std::locale global;
+    std::use_facet<std::ctype<char>>(global).tolower(lower.data_, lower.data_ + lower.size_);
+    return lower;
+  }
+
+  std::string_view view() const { return {data_, size_}; }
+  // NUL-terminated.
+  const char* c_str() const { return data_; }
+
+ private:
+  explicit LowercaseText(std::string_view text) : size_(text.size()) {
+    if (text.size() >= sizeof(inline_)) {
+      heap_ = std::string(text);
+      data_ = heap_.data();
+    } else {
+      text.copy(inline_, text.size());
+      inline_[text.size()] = '\0';
+    }
+  }
+  LowercaseText(LowercaseText&& other) noexcept : heap_(std::move(other.heap_)), size_(other.size_) {
+    if (other.data_ == other.inline_) {
+      std::copy(other.inline_, other.inline_ + sizeof(inline_), inline_);
+      data_ = inline_;
+    } else {
+      data_ = heap_.data();
+    }
+  }
+  std::span<char> chars() { return {data_, size_}; }
+
+  char inline_[64];
+  std::string heap_;
+  char* data_ = inline_;
+  std::size_t size_;
+};
+
+using Entries = ColorNameTable::Entries;
+
+// The entries whose keys begin with name: a contiguous run that starts at the first key not below it.
+Entries::const_iterator firstWithPrefix(const Entries& entries, std::string_view name) {
+  const auto found = entries.lower_bound(name);
+  if (found == entries.end() || !found->first.starts_with(name)) return entries.end();
+  return found;
+}
+
+}  // namespace
+
+ColorBase::ColorBase(double red, double green, double blue, double alpha)
+    : red_(checked(red)), green_(checked(green)), blue_(checked(blue)), alpha_(checked(alpha)) {}
+
+double ColorBase::checked(double component) {
+  if (!(component >= 0.0 && component <= 1.0)) raise<Korvax::orb::ColorBase::BadColorValue>();
+  return component;
+}
+
+gui_objects::ZxArrayPtr ColorBase::getColorAsArray() const {
+  gui_objects::ZxArrayPtr array(zxCreateNumericMatrix(4, 1, zxUINT8_CLASS, zxREAL));
+  if (!array) throw fl::except::bad_alloc();
+  const gui_objects::Color4b bytes = getAsColor4b();
+  auto* data = static_cast<std::uint8_t*>(zxGetWritableData(array.get()));
+  data[0] = bytes.r;
+  data[1] = bytes.g;
+  data[2] = bytes.b;
+  data[3] = bytes.a;
+  return array;
+}
+
+void ColorBase::setColorFromString(std::string_view text) {
+  const LowercaseText lower = LowercaseText::byGlobalLocale(text);
+  const ColorNameTable& table = ColorNameTable::getInstance();
+  if (table.isColorName(lower.view())) {
+    gui_objects::Color3d rgb;
+    try {
+      rgb = table.getColorValue(lower.view());
+    } catch (const AmbiguousNameException&) {
+      // Every color type reports an ambiguous name with the RGBA color's identifier, deliberately.
+      raise<Korvax::datatypes::RGBAColor::AmbiguousName>();
+    }
+    setRed(rgb.r);
+    setGreen(rgb.g);
+    setBlue(rgb.b);
+    return;
+  }
+  // Three numbers first; a bad component among them is final and the four-number form is not tried.
+  if (const std::optional<gui_objects::Point3d> rgb = parse::try_parse_1x3_double(lower.c_str())) {
+    setRed(rgb->x);
+    setGreen(rgb->y);
+    setBlue(rgb->z);
+    setAlpha(1.0);
+    return;
+  }
+  if (const std::optional<gui_objects::Point4d> rgba = parse::try_parse_1x4_double(lower.c_str())) {
+    setRed(rgba->x);
+    setGreen(rgba->y);
+    setBlue(rgba->z);
+    setAlpha(rgba->w);
+    return;
+  }
+  raise<Korvax::datatypes::RGBAColor::ParseError>();
+}
+
+void* ColorBase::operator new(std::size_t size) { return allocateValueBlock(size); }
+
+void ColorBase::operator delete(void* block) { utFree(block); }
+
+const char* MissingNameException::what() const noexcept { return "no color name begins with this text"; }
+
+const char* AmbiguousNameException::what() const noexcept { return "several color names begin with this text"; }
+
+ColorNameTable::ColorNameTable() {
+  // The short keys are deliberate: "b" and "bl" would otherwise begin both blue and black, and are
+  // pinned to blue; "k" is black; "g" and "w" are listed though their prefixes are already unique.
+  constexpr struct {
+    const char* name;
+    gui_objects::Color3d rgb;
+  } kInitial[] = {{"yellow", {1, 1, 0}}, {"magenta", {1, 0, 1}}, {"cyan", {0, 1, 1}}, {"red", {1, 0, 0}},
+                  {"green", {0, 1, 0}},  {"g", {0, 1, 0}},       {"blue", {0, 0, 1}}, {"b", {0, 0, 1}},
+                  {"bl", {0, 0, 1}},     {"black", {0, 0, 0}},   {"w", {1, 1, 1}},    {"white", {1, 1, 1}},
+                  {"k", {0, 0, 0}}};
+  for (const auto& entry : kInitial) entries_.emplace(entry.name, entry.rgb);
+}
+
+ColorNameTable& ColorNameTable::getInstance() {
+  static ColorNameTable* const table = new ColorNameTable();
+  return *table;
+}
+
+bool ColorNameTable::isColorName(std::string_view name) const {
+  return firstWithPrefix(entries_, LowercaseText::byCRuntime(name).view()) != entries_.end();
+}
+
+gui_objects::Color3d ColorNameTable::getColorValue(std::string_view name) const {
+  const LowercaseText lower = LowercaseText::byCRuntime(name);
+  const auto first = firstWithPrefix(entries_, lower.view());
+  if (first == entries_.end()) throw MissingNameException();
+  const auto second = std::next(first);
+  if (second == entries_.end() || !second->first.starts_with(lower.view())) return first->second;
+  // Keys are ordered, so a key equal to the name is the first of those it begins.
+  if (first->first == lower.view()) return first->second;
+  utPrintf("graphics::datatype::ColorNameTable::getColorValue ambiguous name: %.*s\n", static_cast<int>(name.size()),
+           name.data());
+  throw AmbiguousNameException();
+}
+
+void ColorNameTable::addNamedColor(const std::string& name, const gui_objects::Color3d& rgb, bool overwrite) {
+  // The test is the prefix test, so without overwrite a name that begins a key ("bl") is refused too.
+  if (!overwrite && isColorName(name)) raise<Korvax::datatypes::colornametable::AddNameColor>(name);
+  entries_.insert_or_assign(name, rgb);
+}
+
+}  // namespace graphics::datatype
