@@ -5,7 +5,9 @@
 #include <cstring>
 
 #include "datatype/arrays/shaped_arrays.h"
+#include "datatype/color/color_table.h"
 #include "datatype/color/mesh_alpha.h"
+#include "datatype/color/styled_colors.h"
 #include "datatype/enums/enum_types.h"
 #include "datatype/library.h"
 #include "datatype/scalars/constrained_scalars.h"
@@ -59,7 +61,8 @@ int main() {
   checkFamily<EnumValueDataType<ActivePosition>>("enumeration", "outer");
   checkFamily<ColorMapDataType>("shaped array", "[0 0 1; 1 1 0]");
   checkFamily<TextStringDataType>("text", "title");
-  checkFamily<MeshAlphaDataType>("color", "interp");
+  checkFamily<MeshAlphaDataType>("alpha", "interp");
+  checkFamily<RGBAColorDataType>("color", "0 0.5 1");
 
   std::printf("-- name tables\n");
   auto* positions = dynamic_cast<EnumDataTypeBase*>(registered("korvax.graphics.datatype.ActivePosition"));
@@ -68,6 +71,16 @@ int main() {
   check(&MeshAlphaStyle::enumeration() == &MeshAlphaStyle::enumeration() &&
             std::strcmp(MeshAlphaStyle::nameOf(MeshAlphaStyle::interp), "interp") == 0,
         "style names come from the library's table");
+  // A name added through the registered ColorTable conversion is in the table this program reaches.
+  const objsys::COSValue table =
+      registered("korvax.graphics.datatype.ColorTable") != nullptr
+          ? objsys::COSTypeRepository::getConversion("asciiString", "korvax.graphics.datatype.ColorTable")
+                ->from(objsys::COSValue("consumerteal = [0 0.5 0.5]"))
+          : objsys::COSValue();
+  check(!table.isEmpty() && ColorNameTable::getInstance().isColorName("consumerteal") &&
+            RGBAColor("consumertea").getGreen() == 0.5,
+        "one color name table, extended through the class system and seen by the program");
+  if (!table.isEmpty()) ColorTableDataType::getType()->destroy(table);
 
   std::printf("-- conversions made by the host itself\n");
   const PositiveSC positiveTexts;
