@@ -52,7 +52,11 @@ class ORB_EXPORT ColorBase {
   bool operator==(const ColorBase& other) const = default;
 
  private:
-  static double checked(double component);
+  static double checked(double component) {
+    if (!(component >= 0.0 && component <= 1.0)) refuseComponent();
+    return component;
+  }
+  [[noreturn]] static void refuseComponent();
 
   double red_ = 0.0;
   double green_ = 0.0;

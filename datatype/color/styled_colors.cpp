@@ -68,9 +68,9 @@ double scaledComponent(double raw) {
 
 // The count elements of a numeric or logical array in storage order, scaled by class; alpha stays 1
 // unless a fourth element gives it. Complex arrays give their real parts, sparse ones their full form.
-std::array<double, 4> scaledComponents(const zxArray& array, zxSize count) {
+std::array<double, 4> scaledComponents(const zxArray& array, zxClassID classID, zxSize count) {
   std::array<double, 4> components{0.0, 0.0, 0.0, 1.0};
-  zx::dispatchNumericOrLogical(zxGetClassID(&array), [&](auto type) {
+  zx::dispatchNumericOrLogical(classID, [&](auto type) {
     using T = typename decltype(type)::type;
     const auto* data = static_cast<const T*>(zxGetData(&array));
     const bool direct = data != nullptr && !zxIsSparse(&array);
@@ -82,7 +82,8 @@ std::array<double, 4> scaledComponents(const zxArray& array, zxSize count) {
   return components;
 }
 
-bool isNumericOrLogical(const zxArray& array) { return zxIsNumeric(&array) || zxIsLogical(&array); }
+bool isNumericOrLogical(zxClassID classID) { return classID == zxLOGICAL_CLASS || zxIsNumericArrayType(classID); }
+bool isNumericOrLogical(const zxArray& array) { return isNumericOrLogical(zxGetClassID(&array)); }
 
 // The text of a char array that may name a color: one row without NUL. Anything else, and empty
 // text, is refused with the type's parse error.
@@ -130,10 +131,11 @@ struct StyledColorRules {
 
   static Color fromNoArray() { refuseNoArray<Style>(); }
   static Color fromArray(const zxArray& array) {
-    if (zxIsChar(&array)) return Color(std::string_view(colorTextOf<Style>(array).get()));
+    const zxClassID classID = zxGetClassID(&array);
+    if (classID == zxCHAR_CLASS) return Color(std::string_view(colorTextOf<Style>(array).get()));
     const zxSize count = zxGetNumberOfElements(&array);
-    if (!isNumericOrLogical(array) || count < 3 || count > Ids::kMaxElements) raise<typename Ids::WrongSize>();
-    const std::array<double, 4> c = scaledComponents(array, count);
+    if (!isNumericOrLogical(classID) || count < 3 || count > Ids::kMaxElements) raise<typename Ids::WrongSize>();
+    const std::array<double, 4> c = scaledComponents(array, classID, count);
     return Color(c[0], c[1], c[2], c[3]);
   }
   static zxArray* toArray(const Color& color) {
@@ -155,7 +157,6 @@ struct StyledColorRules {
     return "[ " + componentsText(color) + " ]";
   }
 };
-
 
 #define ORB_COLOR_STYLE_MEMBERS(Type)                                              \
   const StyleEnumeration& Type##Style::enumeration() {                             \
@@ -298,7 +299,6 @@ struct ColorListRules {
     return copy;
   }
 };
-
 
 #define ORB_STYLED_COLOR(Type, ...) \
   struct Type##Rules : StyledColorRules<Type> {};
