@@ -19,9 +19,22 @@ struct DemoStep {
 // One row per assignment. Rows whose type is not registered are left out, so the session grows as
 // types arrive.
 constexpr DemoStep kSteps[] = {
+    {"line.Color", "RGBAColor", "'red'", true},
     {"line.Color", "RGBAColor", "'r'", true},
+    {"line.Color", "RGBAColor", "'0 0.5 1'", true},
     {"line.Color", "RGBAColor", "[0 0.5 1]", true},
+    {"line.Color", "RGBAColor", "uint8([255 128 0])", true},
     {"line.Color", "RGBAColor", "[1 2 3]", false},
+    {"line.Color", "RGBAColor", "'purple'", false},
+    {"root.ColorTable", "ColorTable", "struct('purple', [0.5 0 0.5])", true},
+    {"line.Color", "RGBAColor", "'purp'", true},
+    {"line.MarkerFaceColor", "MarkerColor", "'none'", true},
+    {"line.MarkerFaceColor", "MarkerColor", "'auto'", true},
+    {"line.MarkerFaceColor", "MarkerColor", "[1 0 0 0.5]", false},
+    {"surface.EdgeColor", "RGBFlatNoneColor", "'flat'", true},
+    {"patch.FaceColor", "PatchColor", "'interp'", true},
+    {"axes.LineStyleOrder", "LineStyleArray", "{'-', '--', ':'}", true},
+    {"axes.LineStyleOrder", "LineStyleArray", "{'-'; 'dotted'}", false},
     {"line.LineStyle", "LineStyle", "'--'", true},
     {"line.LineStyle", "LineStyle", "'dotted'", false},
     {"line.LineWidth", "Positive", "2", true},
@@ -44,6 +57,12 @@ constexpr DemoStep kSteps[] = {
     {"surface.FaceAlpha", "MeshAlpha", "'opaque'", false},
 };
 
+// Long read-backs (a whole color table) are cut to a line's worth.
+std::string shortened(const std::string& text) {
+  constexpr std::size_t kWidth = 100;
+  return text.size() <= kWidth ? text : text.substr(0, kWidth - 3) + "...";
+}
+
 }  // namespace
 
 int runDemo(const HostSession& host, std::ostream& out) {
@@ -54,14 +73,17 @@ int runDemo(const HostSession& host, std::ostream& out) {
     const Response response = runRequest(host, request, budget, Form::Text);
     if (response.exitStatus == 2) continue;  // the type is not registered in this build
     const std::string assignment = std::string(step.property) + " = " + step.literal;
-    out << std::left << std::setw(40) << assignment;
+    out << std::left << std::setw(39) << assignment << ' ';
     if (response.exitStatus == 0) {
       const nlohmann::json& text = response.json["text"];
-      out << "stored  " << (text.is_string() ? text.get<std::string>() : response.valueLiteral) << "\n";
+      out << "stored  " << shortened(text.is_string() ? text.get<std::string>() : response.valueLiteral) << "\n";
     } else {
       const nlohmann::json& error = response.json["error"];
       out << "refused " << error["id"].get<std::string>() << "\n"
           << std::string(48, ' ') << error["message"].get<std::string>() << "\n";
+      if (response.json.contains("hint")) {
+        out << std::string(48, ' ') << "hint: " << response.json["hint"].get<std::string>() << "\n";
+      }
     }
     if ((response.exitStatus == 0) != step.accepted) ++unexpected;
   }

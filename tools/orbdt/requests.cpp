@@ -178,15 +178,50 @@ json warningList(std::string& text) {
   return list;
 }
 
+// The names of the process's color name table, read through the ColorTable type by name; empty
+// when the library has none.
+std::vector<std::string> colorNames(const HostSession& host) {
+  std::vector<std::string> names;
+  guarded([&] {
+    const TypeHandle table = host.resolve("ColorTable");
+    if (table.arrays == nullptr) return;
+    const gui_objects::ZxArrayPtr fields(table.arrays->to(table.type->getDefaultValue()).as<zxArray>());
+    if (!fields || !zxIsStruct(fields.get())) return;
+    for (int f = 0; f < zxGetNumberOfFields(fields.get()); ++f)
+      names.emplace_back(zxGetFieldNameByNumber(fields.get(), f));
+  });
+  return names;
+}
+
+// A color type's refusal of text that is neither one of its keywords nor a color.
+bool isColorTextRefusal(const std::string& id) {
+  return id.ends_with("Color:ParseError") || id.ends_with("Color:AmbiguousName");
+}
+
+// The hint for a name a type refused: the nearest of its names, or for a color text the nearest
+// color names, or all of them when none is near.
+std::string hintFor(const HostSession& host, const TypeHandle& handle, const Refusal& refusal,
+                    const std::string& name) {
+  std::string hint = didYouMean(nearestNames(name, possibleNames(handle)));
+  if (!hint.empty() || !isColorTextRefusal(refusal.id)) return hint;
+  const std::vector<std::string> colors = colorNames(host);
+  hint = didYouMean(nearestNames(name, colors));
+  if (!hint.empty() || colors.empty()) return hint;
+  hint = "color names:";
+  for (const std::string& color : colors) hint += " '" + color + "'";
+  return hint + ", or three or four numbers from 0 to 1";
+}
+
 // The refusal of a value; when the value was a name the type does not take, the hint names the
 // nearest ones it does.
-Response refused(const TypeHandle& handle, const Refusal& refusal, const std::optional<std::string>& name) {
+Response refused(const HostSession& host, const TypeHandle& handle, const Refusal& refusal,
+                 const std::optional<std::string>& name) {
   Response response;
   response.json = {{"ok", false}, {"type", handle.fullName}, {"error", errorObject(refusal.id, refusal.message)}};
   response.json["warnings"] = warningList(response.text);
   response.text += "error: " + refusal.id + ": " + cmdlang::utf8Shortened(refusal.message, kMaxMessageBytes) + "\n";
   if (name) {
-    const std::string hint = didYouMean(nearestNames(*name, possibleNames(handle)));
+    const std::string hint = hintFor(host, handle, refusal, *name);
     if (!hint.empty()) {
       response.json["hint"] = hint;
       response.text += "hint: " + hint + "\n";
@@ -250,7 +285,7 @@ Response runSet(const HostSession& host, const json& request, cmdlang::ByteBudge
   const TypeHandle handle = host.resolve(requireString(request, "type"));
   if (!request.contains("value")) throw UsageError("orbdt:BadRequest", "member \"value\" is missing");
   const Converted converted = valueFromArray(handle, request["value"], budget);
-  if (converted.refusal) return refused(handle, *converted.refusal, converted.name);
+  if (converted.refusal) return refused(host, handle, *converted.refusal, converted.name);
   const HeldValue held(handle.type, converted.value);
   return stored(handle, converted.value, budget, form);
 }
@@ -264,7 +299,8 @@ Response runParse(const HostSession& host, const json& request, cmdlang::ByteBud
   const std::string chars = text.is_null() ? "" : text.get<std::string>();
   const auto refusal =
       guarded([&] { value = handle.texts->from(text.is_null() ? COSValue() : COSValue(chars.c_str())); });
-  if (refusal) return refused(handle, *refusal, text.is_null() ? std::nullopt : std::optional<std::string>(chars));
+  if (refusal)
+    return refused(host, handle, *refusal, text.is_null() ? std::nullopt : std::optional<std::string>(chars));
   const HeldValue held(handle.type, value);
   return stored(handle, value, budget, form);
 }
@@ -275,10 +311,10 @@ Response runEqual(const HostSession& host, const json& request, cmdlang::ByteBud
     throw UsageError("orbdt:BadRequest", "members \"a\" and \"b\" are required");
   }
   const Converted a = valueFromArray(handle, request["a"], budget);
-  if (a.refusal) return refused(handle, *a.refusal, a.name);
+  if (a.refusal) return refused(host, handle, *a.refusal, a.name);
   const HeldValue heldA(handle.type, a.value);
   const Converted b = valueFromArray(handle, request["b"], budget);
-  if (b.refusal) return refused(handle, *b.refusal, b.name);
+  if (b.refusal) return refused(host, handle, *b.refusal, b.name);
   const HeldValue heldB(handle.type, b.value);
   bool equal = false;
   int order = 0;
@@ -286,7 +322,7 @@ Response runEqual(const HostSession& host, const json& request, cmdlang::ByteBud
         equal = handle.type->isEqual(a.value, b.value);
         order = handle.type->compare(a.value, b.value);
       })) {
-    return refused(handle, *refusal, std::nullopt);
+    return refused(host, handle, *refusal, std::nullopt);
   }
   Response response;
   response.json = {{"ok", true}, {"type", handle.fullName}, {"equal", equal}, {"compare", order}};
@@ -330,7 +366,7 @@ Response runDescribe(const HostSession& host, const json& request, cmdlang::Byte
     if (!array.error && handle.arrays != nullptr) defaultLiteral = array.literal;
     if (!text.error && text.text.is_string()) defaultText = text.text.get<std::string>();
   });
-  if (refusal) return refused(handle, *refusal, std::nullopt);
+  if (refusal) return refused(host, handle, *refusal, std::nullopt);
   out["possibleValuesFinite"] = type.isPossibleValuesFinite();
   out["possibleValues"] = nullptr;
   if (type.isPossibleValuesFinite()) out["possibleValues"] = possibleNames(handle);
