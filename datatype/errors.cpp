@@ -9,7 +9,8 @@ void raiseWithText(const char* id, const std::string& text) { zxErrMsgIdAndTxt(i
 
 std::vector<std::string> declaredIdentifiers() {
   std::vector<std::string> ids;
-  const auto add = [&ids]<class Id>() { ids.emplace_back(fl::except::Exception<Id>().get_error_id()); };
+  // From each identifier's qualified name, without making its exception class.
+  const auto add = [&ids]<class Id>() { ids.push_back(fl::except::identifierOf(Id::qualified_name)); };
 #define ORB_MSG_ID(ns, key) add.operator()<ns::key>();
 #define ORB_MSG_ID_PARTS(ns, component, catalog, key) add.operator()<ns::key>();
 #define ORB_MSG_TEXT_ID(ns, key, id) ids.emplace_back(id);

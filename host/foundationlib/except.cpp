@@ -13,20 +13,35 @@ std::string IMsgIDException::get_message_text() const {
   return i18n::MessageCatalog::instance().format(get_error_id(), get_arguments());
 }
 
-MsgIDExceptionBase::MsgIDExceptionBase(std::string_view qualifiedName, std::vector<std::string> arguments)
-    : arguments_(std::move(arguments)) {
+namespace {
+
+std::vector<std::string> partsOf(std::string_view qualifiedName) {
+  std::vector<std::string> parts;
   std::size_t start = 0;
   while (start < qualifiedName.size()) {
     std::size_t end = qualifiedName.find(':', start);
     if (end == std::string_view::npos) end = qualifiedName.size();
-    if (end > start) parts_.emplace_back(qualifiedName.substr(start, end - start));
+    if (end > start) parts.emplace_back(qualifiedName.substr(start, end - start));
     start = end + 1;
   }
-  for (const std::string& part : parts_) {
-    if (!id_.empty()) id_ += ':';
-    id_ += part;
-  }
+  return parts;
 }
+
+std::string joined(const std::vector<std::string>& parts) {
+  std::string id;
+  for (const std::string& part : parts) {
+    if (!id.empty()) id += ':';
+    id += part;
+  }
+  return id;
+}
+
+}  // namespace
+
+std::string identifierOf(std::string_view qualifiedName) { return joined(partsOf(qualifiedName)); }
+
+MsgIDExceptionBase::MsgIDExceptionBase(std::string_view qualifiedName, std::vector<std::string> arguments)
+    : parts_(partsOf(qualifiedName)), id_(joined(parts_)), arguments_(std::move(arguments)) {}
 
 const char* bad_alloc_impl::what() const noexcept { return "Out of memory."; }
 

@@ -52,6 +52,10 @@ class KX_HOST_API IUserException : public IMsgIDException {
   IUserException& operator=(const IUserException&) = default;
 };
 
+// The identifier a qualified name stands for: its components, separated by ':' or "::", joined by
+// ':' ("Korvax::orb::datatypes:OutOfMemory" gives "Korvax:orb:datatypes:OutOfMemory").
+KX_HOST_API std::string identifierOf(std::string_view qualifiedName);
+
 // The identifier's parts, its joined text and the arguments: the state every identifier class shares.
 class KX_HOST_API MsgIDExceptionBase : public IUserException {
  public:
