@@ -62,7 +62,7 @@ void plainTextToEnum(benchmark::State& state, const char* text) {
         bool later = false;
         for (std::size_t j = i + 1; j < kPrimLineStyles.size(); ++j)
           later = later || kPrimLineStyles[j].starts_with(key);
-        if (!later) found = static_cast<int>(i);
+        found = later ? -2 : static_cast<int>(i);  // the first name it begins, unless another follows
       }
       if (found < 0) {  // no name, or an ambiguous abbreviation
         throw std::invalid_argument("'" + std::string(given) +
