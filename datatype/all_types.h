@@ -7,4 +7,5 @@
 #include "datatype/color/styled_colors.h"
 #include "datatype/enums/enum_types.h"
 #include "datatype/scalars/constrained_scalars.h"
+#include "datatype/styles/style_arrays.h"
 #include "datatype/text/text_string.h"

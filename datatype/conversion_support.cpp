@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "foundationlib/except.h"
+#include "foundationlib/i18n/unicode.h"
 #include "guilib/array_dispatch.h"
 #include "utillib/ut.h"
 
@@ -19,6 +20,19 @@ bool holdsNul(const zxArray* charArray) {
   if (chars == nullptr) return false;
   const zxChar* end = chars + zxGetNumberOfElements(charArray);
   return std::find(chars, end, u'\0') != end;
+}
+
+std::string textWithVisibleNuls(const zxArray* charArray) {
+  const zxChar* chars = zxGetChars(charArray);
+  std::u16string shown;
+  for (zxSize i = 0; i < zxGetNumberOfElements(charArray); ++i) {
+    if (chars[i] == u'\0') {
+      shown += u"\\0";
+    } else {
+      shown += chars[i];
+    }
+  }
+  return fl::i18n::utf16ToUtf8(shown);
 }
 
 objsys::COSValue newTextValue(std::string_view text) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "arraylib/zxarray.h"
@@ -22,6 +23,8 @@ using ArrayText = std::unique_ptr<char, ZxFreeDeleter>;
 ArrayText textOfCharArray(const zxArray* array);
 // Whether a char array holds a NUL character, which would end its text early.
 bool holdsNul(const zxArray* charArray);
+// The text of a char array as a message shows it, each NUL written as \0.
+std::string textWithVisibleNuls(const zxArray* charArray);
 
 // A slot holding a new C-heap copy of text (the caller frees it with utFree); out of memory raises.
 objsys::COSValue newTextValue(std::string_view text);

@@ -8,7 +8,6 @@
 #include "datatype/conversion_support.h"
 #include "datatype/data_type_base.h"
 #include "foundationlib/except.h"
-#include "foundationlib/i18n/unicode.h"
 #include "utillib/ut.h"
 
 namespace graphics::datatype {
@@ -88,20 +87,6 @@ signed char ordinalNamed(const EnumDataTypeBase& type, const char* name, bool wa
   return EnumDataTypeBase::ordinalOf(elements.elements().elementValue(index, warn));
 }
 
-// The text of a char array as a message shows it, each NUL written as \0.
-std::string textWithVisibleNuls(const zxArray& array) {
-  const zxChar* chars = zxGetChars(&array);
-  std::u16string shown;
-  for (zxSize i = 0; i < zxGetNumberOfElements(&array); ++i) {
-    if (chars[i] == u'\0') {
-      shown += u"\\0";
-    } else {
-      shown += chars[i];
-    }
-  }
-  return fl::i18n::utf16ToUtf8(shown);
-}
-
 }  // namespace
 
 signed char EnumDataTypeBase::ordinalFromArray(const zxArray& array) const {
@@ -111,7 +96,7 @@ signed char EnumDataTypeBase::ordinalFromArray(const zxArray& array) const {
   // A name is one row of characters: a char matrix or N-D text is refused, not read column by column.
   if (zxGetM(&array) != 1 || zxGetNumberOfDimensions(&array) > 2) errorForInvalidEnumValueFor(elements);
   // A NUL would cut the name short and select an element by what precedes it; such text names nothing.
-  if (holdsNul(&array)) errorForInvalidEnumValue(textWithVisibleNuls(array).c_str(), elements);
+  if (holdsNul(&array)) errorForInvalidEnumValue(textWithVisibleNuls(&array).c_str(), elements);
   const std::string text = getStringFromZxArray(&array);
   return ordinalNamed(*this, text.c_str(), true);
 }

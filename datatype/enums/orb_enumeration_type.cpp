@@ -131,6 +131,18 @@ objsys::COSEnumeration* OrbIntEnumerationType::getPossibleValues() const {
 
 OrbEnumerationType::~OrbEnumerationType() = default;
 
+std::string validValuesOf(const OrbEnumerationType& elements) {
+  std::string list;
+  for (int i = 0; i < elements.getEnumLength(); ++i) {
+    if (elements.elementStatus(i) != 0) continue;
+    if (!list.empty()) list += " | ";
+    list += '\'';
+    list += elements.elementName(i);
+    list += '\'';
+  }
+  return list;
+}
+
 OrbEnumerationType* OrbEnumerationType::createIntegerEnumeration() {
   auto* enumeration = new (std::nothrow) OrbIntEnumerationType();
   if (enumeration == nullptr) throw fl::except::bad_alloc();

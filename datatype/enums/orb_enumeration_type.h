@@ -2,6 +2,8 @@
 // matched by name, walked for the offered values.
 #pragma once
 
+#include <string>
+
 #include "datatype/enums/enum_base.h"
 #include "datatype/export.h"
 #include "objsys/cos_data_type.h"
@@ -47,5 +49,9 @@ class ORB_EXPORT OrbEnumerationType : public objsys::EnumerationType {
   // The stored value of element index; with warn, a status-2 element warns first.
   virtual objsys::COSValue elementValue(int index, bool warn) const = 0;
 };
+
+// The list of valid values that messages show: the offered names, each in single quotes, separated
+// by " | " ('position' | 'outerposition').
+ORB_EXPORT std::string validValuesOf(const OrbEnumerationType& elements);
 
 }  // namespace graphics::datatype

@@ -6,16 +6,7 @@
 
 namespace graphics::datatype {
 
-utils::EnumCache::EnumCache(const OrbTypedEnumStringType& type) {
-  const OrbEnumerationType& elements = type.elements();
-  for (int i = 0; i < elements.getEnumLength(); ++i) {
-    if (elements.elementStatus(i) != 0) continue;
-    if (!validValues_.empty()) validValues_ += " | ";
-    validValues_ += '\'';
-    validValues_ += elements.elementName(i);
-    validValues_ += '\'';
-  }
-}
+utils::EnumCache::EnumCache(const OrbTypedEnumStringType& type) : validValues_(validValuesOf(type.elements())) {}
 
 OrbTypedEnumStringType::OrbTypedEnumStringType(objsys::COSDataType* owner)
     : owner_(owner), elements_(OrbEnumerationType::createObjectTypeEnumeration(owner)) {}

@@ -10,6 +10,7 @@ StyleEnumeration::StyleEnumeration(std::span<const StyleEntry> entries)
   for (const StyleEntry& entry : entries) {
     enumeration_->addElement(objsys::COSValue::fromWord(entry.value), entry.name, entry.status);
   }
+  validValues_ = validValuesOf(*enumeration_);
 }
 
 std::optional<int> StyleEnumeration::find(std::string_view text) const {

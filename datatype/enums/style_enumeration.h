@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -28,10 +29,13 @@ class ORB_EXPORT StyleEnumeration {
   const char* nameOf(int value) const;
   // The names of status 0, in order.
   std::vector<std::string_view> offeredNames() const;
+  // The offered names as messages list them: 'flat' | 'interp'.
+  const std::string& validValues() const { return validValues_; }
   const OrbEnumerationType& enumeration() const { return *enumeration_; }
 
  private:
   OrbEnumerationType* enumeration_;  // lives as long as the style class, for the process
+  std::string validValues_;
 };
 
 }  // namespace graphics::datatype
