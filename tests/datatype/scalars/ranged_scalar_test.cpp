@@ -1,0 +1,59 @@
+// RangedScalar: the finite range, construction from another range, and the conversions.
+#include "datatype/scalars/ranged_scalar.h"
+
+#include <limits>
+
+#include "../color/color_support.h"
+#include "../support.h"
+
+namespace {
+
+using namespace graphics::datatype;
+using colortest::parsing;
+using colortest::setting;
+using orbtest::RaisesId;
+
+class RangedScalars : public orbtest::DataTypeTest {};
+
+// Every number, so that a value of this range can be checked again against the finite one.
+struct AnyNumber {
+  static constexpr const char* kTypeName = "AnyNumber";
+  static constexpr const char* kClassName = "AnyNumberDataType";
+  static constexpr double kDefault = 0.0;
+  static bool contains(double) { return true; }
+  [[noreturn]] static void refuse() { throw 0; }
+};
+
+struct Case {
+  const char* input;
+  const char* seen;
+};
+
+constexpr const char* kNotFinite = "error: Korvax:datatypes:InvalidFiniteValue";
+constexpr const char* kNotNumber = "error: Korvax:orb:dt_conv:Matrix_to_Real:ExpectedNumeric";
+
+TEST_F(RangedScalars, ArraysMustBeOneFiniteRealNumber) {
+  const Case cases[] = {
+      {"2.5", "2.5 | 2.5"},         {"-1e300", "-1e+300 | -1e+300"},
+      {"int8(-3)", "-3 | -3"},      {"single(0.5)", "0.5 | 0.5"},
+      {"Inf", kNotFinite},          {"-Inf", kNotFinite},
+      {"NaN", kNotFinite},          {"[1 2]", kNotNumber},
+      {"true", kNotNumber},         {"'1'", kNotNumber},
+      {"complex(1,2)", kNotNumber}, {"[]", kNotNumber},
+  };
+  for (const Case& c : cases) EXPECT_EQ(setting("RangedScalar", c.input), c.seen) << c.input;
+}
+
+TEST_F(RangedScalars, TextMustBeOneFiniteNumber) {
+  const Case cases[] = {
+      {"0.1", "0.1 | 0.1"}, {"-0", "-0 | -0"}, {"Inf", kNotFinite}, {"abc", kNotNumber}, {"1 2", kNotNumber}};
+  for (const Case& c : cases) EXPECT_EQ(parsing("RangedScalar", c.input), c.seen) << c.input;
+}
+
+TEST_F(RangedScalars, AValueOfAnotherRangeIsCheckedAgain) {
+  const RangedScalar<double, AnyNumber> anything(std::numeric_limits<double>::infinity());
+  EXPECT_THAT([&] { FiniteRangedScalar finite(anything); }, RaisesId("Korvax:datatypes:InvalidFiniteValue"));
+  EXPECT_EQ(FiniteRangedScalar(RangedScalar<double, AnyNumber>(4.0)).getValue(), 4.0);
+}
+
+}  // namespace
