@@ -60,4 +60,24 @@ double readElementAsDouble(const zxArray* array, zxSize index) {
   return reader(data, position);
 }
 
+void readNumericElements(const zxArray* array, double* values, zxSize count) {
+  if (array == nullptr) throw NullArrayException();
+  const zxClassID classID = TL::detail::ArrayDispatcherBase::getClassID(array);
+  if (!zxIsNumericArrayType(classID)) throw InvalidArrayClassException();
+  const zxSize elements = zxGetNumberOfElements(array);
+  if (elements == 0) throw NullArrayException();
+  if (elements != count) throw InvalidArrayShapeException();
+  if (zxIsSparse(array)) {
+    for (zxSize index = 0; index < count; ++index) values[index] = readElementAsDouble(array, index);
+    return;
+  }
+  // Dense data is read in one pass per class; a complex array's data is its real part.
+  const void* data = zxGetData(array);
+  if (data == nullptr) throw NullArrayException();
+  dispatchNumericOrLogical(classID, [&](auto type) {
+    const auto* typed = static_cast<const typename decltype(type)::type*>(data);
+    for (zxSize index = 0; index < count; ++index) values[index] = static_cast<double>(typed[index]);
+  });
+}
+
 }  // namespace gui_objects

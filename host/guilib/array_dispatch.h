@@ -26,4 +26,11 @@ using zx::dispatchNumericOrLogical;
 // last element.
 double readElementAsDouble(const zxArray* array, zxSize index);
 
+// Every element of a numeric array (double, single or an integer class; not logical or char), in
+// storage order, into values[0] to values[count - 1] as readElementAsDouble reads each; the array's
+// shape is not looked at, only its element count. Raises NullArrayException for a null array or an
+// empty one (it holds no data), InvalidArrayClassException for other classes and
+// InvalidArrayShapeException for an element count other than count. values is untouched on failure.
+void readNumericElements(const zxArray* array, double* values, zxSize count);
+
 }  // namespace gui_objects

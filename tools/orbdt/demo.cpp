@@ -55,6 +55,11 @@ constexpr DemoStep kSteps[] = {
     {"surface.FaceAlpha", "MeshAlpha", "'interp'", true},
     {"surface.FaceAlpha", "MeshAlpha", "1.5", false},
     {"surface.FaceAlpha", "MeshAlpha", "'opaque'", false},
+    {"axes.Position", "Position", "[0.13 0.11 0.775 0.815]", true},
+    {"axes.Position", "Position", "[0.1 0.1 -0.8 0.8]", false},
+    {"axes.Position", "Position", "[0.1 0.1 0.8]", false},
+    {"figure.Position", "ScreenPosition", "[100 100 560 420]", true},
+    {"figure.Position", "ScreenPosition", "[100 100 560 -420]", false},
 };
 
 // Long read-backs (a whole color table) are cut to a line's worth.

@@ -103,5 +103,64 @@ TEST(ReadElementAsDoubleTest, RefusesNullOtherClassesAndIndicesPastTheEnd) {
   EXPECT_THROW(readElementAsDouble(empty.get(), 0), InvalidArrayShapeException);
 }
 
+TEST(ReadNumericElementsTest, ReadsEveryNumericClassWhateverTheShapeInStorageOrder) {
+  for (int id = zxDOUBLE_CLASS; id <= zxUINT64_CLASS; ++id) {
+    const auto classID = static_cast<zxClassID>(id);
+    SCOPED_TRACE(testing::Message() << "class " << id);
+    const zxSize dims[] = {1, 2, 2};
+    const ZxArrayPtr array(zxCreateNumericArray(3, dims, classID, zxREAL));
+    dispatchNumericOrLogical(classID, [&](auto type) {
+      using T = typename decltype(type)::type;
+      T* values = static_cast<T*>(zxGetWritableData(array.get()));
+      for (int i = 0; i < 4; ++i) values[i] = static_cast<T>(std::numeric_limits<T>::max() - i);
+      double read[4];
+      readNumericElements(array.get(), read, 4);
+      for (int i = 0; i < 4; ++i) EXPECT_EQ(read[i], static_cast<double>(values[i])) << "index " << i;
+    });
+  }
+}
+
+TEST(ReadNumericElementsTest, ReadsTheRealPartOfComplexAndTheFullFormOfSparse) {
+  const ZxArrayPtr complex(zxCreateDoubleMatrix(3, 1, zxCOMPLEX));
+  zxGetWritablePr(complex.get())[2] = 5;
+  zxGetWritablePi(complex.get())[2] = 7;
+  double read[3] = {};
+  readNumericElements(complex.get(), read, 3);
+  EXPECT_EQ(read[2], 5);
+
+  const ZxArrayPtr sparse(zxCreateSparse(1, 3, 1, zxREAL));
+  zxGetWritablePr(sparse.get())[0] = 4;
+  zxGetWritableIr(sparse.get())[0] = 0;
+  zxSize* columnStarts = zxGetWritableJc(sparse.get());
+  columnStarts[0] = 0;
+  columnStarts[1] = 0;
+  columnStarts[2] = 1;
+  columnStarts[3] = 1;
+  readNumericElements(sparse.get(), read, 3);
+  EXPECT_EQ(read[0], 0);
+  EXPECT_EQ(read[1], 4);
+  EXPECT_EQ(read[2], 0);
+}
+
+TEST(ReadNumericElementsTest, RefusesNullEmptyOtherClassesAndOtherCountsLeavingTheValues) {
+  const ZxArrayPtr logical(zxCreateLogicalMatrix(1, 2));
+  const ZxArrayPtr text(zxCreateString("ab"));
+  const ZxArrayPtr cell(zxCreateCellMatrix(1, 2));
+  const ZxArrayPtr empty(zxCreateDoubleMatrix(0, 2, zxREAL));
+  const ZxArrayPtr emptyText(zxCreateString(""));
+  const ZxArrayPtr three(zxCreateDoubleMatrix(1, 3, zxREAL));
+  const ZxArrayPtr one(zxCreateNumericMatrix(1, 1, zxINT8_CLASS, zxREAL));
+  double read[2] = {-1, -1};
+  EXPECT_THROW(readNumericElements(nullptr, read, 2), NullArrayException);
+  EXPECT_THROW(readNumericElements(empty.get(), read, 2), NullArrayException);
+  for (const zxArray* array : {logical.get(), text.get(), cell.get(), emptyText.get()}) {
+    EXPECT_THROW(readNumericElements(array, read, 2), InvalidArrayClassException) << zxGetClassName(array);
+  }
+  EXPECT_THROW(readNumericElements(three.get(), read, 2), InvalidArrayShapeException);
+  EXPECT_THROW(readNumericElements(one.get(), read, 2), InvalidArrayShapeException);
+  EXPECT_EQ(read[0], -1);
+  EXPECT_EQ(read[1], -1);
+}
+
 }  // namespace
 }  // namespace gui_objects

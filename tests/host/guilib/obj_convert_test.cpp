@@ -3,6 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <limits>
+#include <utility>
+
 #include "guilib/array_dispatch.h"
 #include "guilib/array_exceptions.h"
 
@@ -72,6 +78,50 @@ TEST(ObjConvertTest, ToMatrix4x4dRefusesNullOtherClassesAndOtherShapes) {
   const Matrix4x4d read = toMatrix4x4d(square.get());
   EXPECT_EQ(read(1, 1), 8);
   EXPECT_EQ(read(0, 0), 0);
+}
+
+TEST(ObjConvertTest, BoundingVolumesReadBackFromA2By3ArrayOfMinimumsOverMaximums) {
+  const gui_objects::BoundingVolume box({-1, -2, -3}, {1, 2, 3});
+  const ZxArrayPtr array = toZxArray(box);
+  ASSERT_EQ(zxGetM(array.get()), 2u);
+  ASSERT_EQ(zxGetN(array.get()), 3u);
+  const double* values = zxGetPr(array.get());
+  const double storageOrder[] = {-1, 1, -2, 2, -3, 3};
+  for (int i = 0; i < 6; ++i) EXPECT_EQ(values[i], storageOrder[i]) << "storage index " << i;
+  EXPECT_EQ(toBoundingVolume(array.get()), box);
+
+  const ZxArrayPtr int16(zxCreateNumericMatrix(2, 3, zxINT16_CLASS, zxREAL));
+  static_cast<std::int16_t*>(zxGetWritableData(int16.get()))[5] = 300;
+  EXPECT_EQ(toBoundingVolume(int16.get()), gui_objects::BoundingVolume({0, 0, 0}, {0, 0, 300}));
+}
+
+TEST(ObjConvertTest, BoundingVolumesRefuseAMinimumAboveItsMaximumOnAnyAxisButPassNaN) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  struct Case {
+    double bounds[6];  // storage order: xmin, xmax, ymin, ymax, zmin, zmax
+    bool accepted;
+  };
+  const Case cases[] = {
+      {{0, 0, 0, 0, 0, 0}, true},        {{1, 0, 0, 1, 0, 1}, false},   {{0, 1, 1, 0, 0, 1}, false},
+      {{0, 1, 0, 1, 1, 0}, false},       {{nan, 0, 0, 1, 0, 1}, true},  {{0, nan, 0, 1, nan, nan}, true},
+      {{0, 1, 0, 1, 0, -1e-300}, false},
+  };
+  for (const Case& c : cases) {
+    const ZxArrayPtr array(zxCreateDoubleMatrix(2, 3, zxREAL));
+    std::copy(std::begin(c.bounds), std::end(c.bounds), zxGetWritablePr(array.get()));
+    if (c.accepted) {
+      EXPECT_NO_THROW(toBoundingVolume(array.get()));
+    } else {
+      EXPECT_THROW(toBoundingVolume(array.get()), gui_objects::InvalidArrayDataException);
+    }
+  }
+  EXPECT_THROW(toBoundingVolume(nullptr), gui_objects::NullArrayException);
+  const ZxArrayPtr logical(zxCreateLogicalMatrix(2, 3));
+  EXPECT_THROW(toBoundingVolume(logical.get()), gui_objects::InvalidArrayClassException);
+  for (const auto& [m, n] : {std::pair<zxSize, zxSize>{3, 2}, {1, 6}, {2, 4}, {0, 0}}) {
+    const ZxArrayPtr array(zxCreateDoubleMatrix(m, n, zxREAL));
+    EXPECT_THROW(toBoundingVolume(array.get()), gui_objects::InvalidArrayShapeException) << m << 'x' << n;
+  }
 }
 
 }  // namespace
