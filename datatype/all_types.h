@@ -11,6 +11,8 @@
 #include "datatype/geometry/bounding_volume.h"
 #include "datatype/geometry/geometry_vectors.h"
 #include "datatype/geometry/matrix4x4.h"
+#include "datatype/references/callback.h"
+#include "datatype/references/handle_or_empty.h"
 #include "datatype/scalars/constrained_scalars.h"
 #include "datatype/scalars/ranged_scalar.h"
 #include "datatype/styles/n_line_styles.h"

@@ -3,18 +3,23 @@
 
 #include <map>
 #include <new>
+#include <optional>
 #include <vector>
 
-#include "datatype/errors.h"
+#include "datatype/references/invalid_double_handle.h"
+#include "datatype/value_block.h"
 #include "graphicsutillib/graphics_context.h"
+#include "objsys/builtin_types.h"
 #include "objsys/cos_interface.h"
+#include "objsys/handles.h"
 
 namespace graphics::datatype {
 namespace {
 
-// What the conversion keeps for one graphics context: the objects its handles have resolved to.
+// What the conversion keeps for one graphics context: the context's handle table, which the host
+// owns (the record holds no object).
 struct ContextRecord {
-  std::map<double, objsys::COSInterfacePtr> resolved;
+  objsys::HandleTable* table;
 };
 
 // Indexed by graphics context index; an entry is null until the context converts a handle.
@@ -31,22 +36,29 @@ std::map<int, bool>& contextFlags() {
 
 class ObjectReferenceConversion : public objsys::COSTypeConversion {
  public:
-  // A handle value → the object it stands for. No graphics objects exist in this host yet, so every
-  // handle is refused.
+  // A slot holding a double → a slot holding a COSInterfacePtr to the live object of that handle.
+  // A handle that names no object of the current context is InvalidDoubleHandleException.
   objsys::COSValue from(objsys::COSValue handle) const override {
-    recordFor(getContextIndex());
-    (void)handle;
-    raise<Korvax::datatypes::handleoremptydatatype::InvalidOrbHandle>();
+    const objsys::HandleTable& table = *recordFor(getContextIndex()).table;
+    const auto* number = handle.as<const double>();
+    objsys::COSInterfacePtr object = number != nullptr ? table.find(*number) : objsys::COSInterfacePtr();
+    if (!object) throw InvalidDoubleHandleException();
+    return newValueBlock<objsys::COSInterfacePtr>(std::move(object));
   }
-  objsys::COSValue to(objsys::COSValue) const override {
-    raise<Korvax::datatypes::handleoremptydatatype::InvalidOrbHandle>();
+  // Back: the object's handle as a double; the same exception for an object without one.
+  objsys::COSValue to(objsys::COSValue value) const override {
+    const objsys::HandleTable& table = *recordFor(getContextIndex()).table;
+    const auto* object = value.as<const objsys::COSInterfacePtr>();
+    const std::optional<double> number = object != nullptr ? table.handleOf(object->get()) : std::nullopt;
+    if (!number) throw InvalidDoubleHandleException();
+    return objsys::DoubleDataType::makeValue(*number);
   }
 
  private:
   static ContextRecord& recordFor(std::size_t index) {
     auto& records = contextRecords();
     if (records.size() <= index) records.resize(index + 1, nullptr);
-    if (records[index] == nullptr) records[index] = new ContextRecord();
+    if (records[index] == nullptr) records[index] = new ContextRecord{&objsys::HandleTable::current()};
     return *records[index];
   }
 };

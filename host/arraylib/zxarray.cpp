@@ -676,6 +676,11 @@ void* zxGetObjectElement(const zxArray* array, zxSize index) {
   return array->payload->objects[checkedIndex(array, index)];
 }
 
+const zxObjectOps* zxGetObjectOps(const zxArray* array) {
+  requireClass(array, zxOBJECT_CLASS);
+  return array->payload->ops;
+}
+
 void zxSetObjectElement(zxArray* array, zxSize index, void* object) {
   requireClass(array, zxOBJECT_CLASS);
   checkedIndex(array, index);

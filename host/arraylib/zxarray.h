@@ -168,6 +168,8 @@ int zxAddField(zxArray* array, const char* name);
 // Function handles and objects.
 const char* zxGetFunctionName(const zxArray* array);
 void* zxGetObjectElement(const zxArray* array, zxSize index);
+// The reference-counting operations the object array was made with (null for none).
+const zxObjectOps* zxGetObjectOps(const zxArray* array);
 // Retains the new object and releases the one it replaces, through the array's zxObjectOps.
 void zxSetObjectElement(zxArray* array, zxSize index, void* object);
 

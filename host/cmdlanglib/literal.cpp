@@ -732,7 +732,17 @@ class Parser {
       return cellOf(source_, rows, open);
     }
     if (isNameStart(c)) return parseCall();
+    if (c == '@') return parseFunctionHandle();
     fail("unexpected " + quotedCharacter(pos_), pos_);
+  }
+
+  // "@name": a function handle naming the function.
+  ZxArrayPtr parseFunctionHandle() {
+    const std::size_t at = pos_++;
+    if (!isNameStart(peek())) fail("expected a function name after '@'", pos_);
+    const std::string name(scanName());
+    source_.chargeSmall(kArrayCost + name.size(), at);
+    return ZxArrayPtr(zxCreateFunctionHandle(name.c_str()));
   }
 
   // The character at byte offset at, whole, for a message.
@@ -1087,6 +1097,9 @@ void appendLiteral(std::string& out, const zxArray* array) {
     appendCell(out, array);
   } else if (zxIsStruct(array) && zxIsScalar(array)) {
     appendStruct(out, array);
+  } else if (zxIsFunctionHandle(array)) {
+    out += '@';
+    out += zxGetFunctionName(array);
   } else {
     out += zx::canonicalText(array);
   }

@@ -3,7 +3,7 @@
 // that other readers of arrays share with them.
 //
 // The grammar, blanks allowed around every token:
-//   literal  = number | "true" | "false" | text | "[" rows "]" | "{" rows "}" | call
+//   literal  = number | "true" | "false" | text | "[" rows "]" | "{" rows "}" | call | "@" name
 //   number   = [ "+" | "-" ] ( digits [ "." [ digits ] ] | "." digits ) [ exponent ]
 //            | [ "+" | "-" ] ( "NaN" | "Inf" )            (NaN and Inf in any case)
 //   text     = "'" { any character but "'" | "''" } "'"      (UTF-8)
@@ -13,7 +13,7 @@
 // A sign belongs to the number only when nothing separates them, so "[1 -2]" has two elements and
 // "[1-2]" is refused. Whole numbers written without a point or exponent inside an integer cast are
 // read in that class directly, so int64 and uint64 values stay exact; numbers inside single(...) are
-// read as singles. Error messages give positions as 1-based character columns.
+// read as singles. "@name" is a function handle naming the function. Error messages give positions as 1-based character columns.
 #pragma once
 
 #include <optional>
@@ -57,8 +57,8 @@ gui_objects::ZxArrayPtr readLiteral(std::string_view text, ByteBudget& budget);
 
 // The array as a literal that readLiteral reads back to an equal array: same class, dimensions,
 // complexity, sparsity and values bit for bit (NaN payloads aside). Two cases do not read back:
-// absent cell elements and struct fields are written as "[]", and struct arrays other than 1-by-1,
-// object arrays and function handles are written as a description such as "<1x2 struct>". Text
+// absent cell elements and struct fields are written as "[]", and struct arrays other than 1-by-1
+// and object arrays are written as a description such as "<1x2 struct>". Text
 // holding unpaired UTF-16 surrogates comes back with U+FFFD in their place. A null array gives "[]".
 std::string writeLiteral(const zxArray* array);
 

@@ -9,6 +9,7 @@
 #include "arraylib/zxarray.h"
 #include "arraylib/zxformat.h"
 #include "objsys/cos_type_conversion.h"
+#include "objsys/object_arrays.h"
 #include "utillib/ut.h"
 
 namespace objsys {
@@ -83,6 +84,20 @@ COSValue AnyDataType::copy(COSValue value) { return valueFromArray(arrayOf(value
 void AnyDataType::destroy(COSValue value) const { zxDestroyArray(value.as<zxArray>()); }
 
 bool AnyDataType::isKorvaxArrayType() const { return true; }
+
+bool AnyDataType::canContainInterfaces() { return true; }
+
+COSEnumeration* AnyDataType::getInterfaces(COSValue value) {
+  auto* cursor = new COSValueListEnumeration();
+  for (COSInterfacePtr& object : interfacesIn(arrayOf(value))) cursor->addObject(std::move(object));
+  return cursor;
+}
+
+COSEnumeration* AnyDataType::getKXArrays(COSValue value) {
+  auto* cursor = new COSValueListEnumeration();
+  if (!value.isEmpty()) cursor->addArray(arrayOf(value));
+  return cursor;
+}
 
 DoubleDataType* DoubleDataType::instance() {
   static auto* type = new DoubleDataType();

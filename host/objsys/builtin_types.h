@@ -25,6 +25,10 @@ class KX_HOST_API AnyDataType : public COSDataType {
   COSValue copy(COSValue value) override;
   void destroy(COSValue value) const override;
   bool isKorvaxArrayType() const override;
+  // The objects an array holds, also inside cells and struct fields, and the array itself.
+  bool canContainInterfaces() override;
+  COSEnumeration* getInterfaces(COSValue value) override;
+  COSEnumeration* getKXArrays(COSValue value) override;
 };
 
 // Values are blocks holding one double.

@@ -6,6 +6,11 @@
 namespace objsys {
 
 COSEnumeration::~COSEnumeration() = default;
+COSValueListEnumeration::~COSValueListEnumeration() = default;
+void COSValueListEnumeration::addObject(COSInterfacePtr object) {
+  values_.emplace_back(object.get());
+  objects_.push_back(std::move(object));
+}
 
 COSDataType::~COSDataType() = default;
 const char* COSDataType::getDescription() const { return ""; }
@@ -28,5 +33,6 @@ void COSDataType::releaseReference() {}
 COSEnumeration* COSDataType::getInterfaces(COSValue) { return nullptr; }
 int COSDataType::getKvxFormat() { return 0; }
 bool COSDataType::isKorvaxArrayType() const { return false; }
+COSEnumeration* COSDataType::getKXArrays(COSValue) { return nullptr; }
 
 }  // namespace objsys

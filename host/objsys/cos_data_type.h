@@ -51,6 +51,8 @@ class KX_HOST_API COSDataType {
   virtual COSEnumeration* getInterfaces(COSValue value);
   virtual int getKvxFormat();
   virtual bool isKorvaxArrayType() const;
+  // A new cursor over the host arrays a value keeps (valid while the value lives), or null.
+  virtual COSEnumeration* getKXArrays(COSValue value);
 
  protected:
   COSDataType() = default;

@@ -2,9 +2,13 @@
 #pragma once
 
 #include <utility>
+#include <vector>
 
 #include "foundationlib/visibility.h"
+#include "objsys/cos_interface.h"
 #include "objsys/cos_value.h"
+
+struct zxArray;
 
 namespace objsys {
 
@@ -27,6 +31,24 @@ class KX_HOST_API COSEnumeration {
 
  private:
   int references_ = 1;
+};
+
+// A cursor over a list of values collected when it is made. Objects added with addObject are kept
+// alive by the cursor and yielded as slots holding the COSInterface*; arrays added with addArray
+// stay owned by whatever holds them.
+class KX_HOST_API COSValueListEnumeration : public COSEnumeration {
+ public:
+  COSValueListEnumeration() = default;
+  void addObject(COSInterfacePtr object);
+  void addArray(const zxArray* array) { values_.emplace_back(array); }
+  bool hasMoreElements() const override { return next_ < values_.size(); }
+  COSValue nextElement() override { return hasMoreElements() ? values_[next_++] : COSValue(); }
+
+ private:
+  ~COSValueListEnumeration() override;
+  std::vector<COSValue> values_;
+  std::vector<COSInterfacePtr> objects_;
+  std::size_t next_ = 0;
 };
 
 // Holds one reference to a cursor and releases it when it goes.

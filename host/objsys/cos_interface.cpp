@@ -1,9 +1,19 @@
 // Class-system objects.
 #include "objsys/cos_interface.h"
 
-namespace objsys {
+#include "objsys/object_arrays.h"
 
-COSInterface::~COSInterface() = default;
+namespace objsys {
+namespace {
+
+std::size_t live = 0;
+
+}  // namespace
+
+COSInterface::COSInterface() { ++live; }
+COSInterface::~COSInterface() { --live; }
 bool COSInterface::isDeleted() const { return false; }
+const char* COSInterface::getClassName() const { return kPlaceholderClassName; }
+std::size_t COSInterface::liveCount() { return live; }
 
 }  // namespace objsys

@@ -1,13 +1,15 @@
 // Class-system objects (COSInterface) and the reference-counting pointer to them.
 #pragma once
 
+#include <cstddef>
 #include <utility>
 
 #include "foundationlib/visibility.h"
 
 namespace objsys {
 
-// An object of the class system (a figure, a line, ...), kept alive by references.
+// An object of the class system (a figure, a line, ...), kept alive by references: every
+// COSInterfacePtr and every element of an object array made by the class system holds one.
 class KX_HOST_API COSInterface {
  public:
   void addReference() { ++references_; }
@@ -15,18 +17,28 @@ class KX_HOST_API COSInterface {
   void releaseReference() {
     if (--references_ == 0) delete this;
   }
-  // True once the object has been deleted by the user, while references may still hold it.
+  int referenceCount() const { return references_; }
+  // The status query: true once the object has been deleted by the user, while references may still
+  // hold it.
   virtual bool isDeleted() const;
+  // The class name that object arrays of this object carry.
+  virtual const char* getClassName() const;
+
+  // Objects constructed and not yet destroyed, in the whole process (tests check that counts balance).
+  static std::size_t liveCount();
 
  protected:
-  COSInterface() = default;
+  COSInterface();
+  COSInterface(const COSInterface&) = delete;
+  COSInterface& operator=(const COSInterface&) = delete;
   virtual ~COSInterface();
 
  private:
   int references_ = 0;
 };
 
-// A counted reference to a class-system object, or null.
+// A counted reference to a class-system object, or null. Two pointers are equal when they designate
+// the same object.
 class COSInterfacePtr {
  public:
   COSInterfacePtr() = default;
@@ -45,6 +57,7 @@ class COSInterfacePtr {
   COSInterface* get() const { return object_; }
   COSInterface* operator->() const { return object_; }
   explicit operator bool() const { return object_ != nullptr; }
+  friend bool operator==(const COSInterfacePtr& a, const COSInterfacePtr& b) { return a.object_ == b.object_; }
 
  private:
   COSInterface* object_ = nullptr;

@@ -77,8 +77,13 @@ class EveryType : public orbtest::DataTypeTest, public ::testing::WithParamInter
       previous = describe(readBack.get());
     }
   }
-  // The same for text; no text at all is a type without a text form.
+  // The same for text; no text at all is a type without a text form. Object references refuse to
+  // become text, deliberately.
   void expectTextRoundTrip(COSValue value) {
+    if (refusesText()) {
+      EXPECT_THAT([&] { texts->to(value); }, orbtest::RaisesId("Korvax:datatypes:handleoremptydatatype:DataTypeToString"));
+      return;
+    }
     const COSValue text = texts->to(value);
     if (text.isEmpty()) return;
     SCOPED_TRACE(std::string("text ") + text.as<const char>());
@@ -89,6 +94,10 @@ class EveryType : public orbtest::DataTypeTest, public ::testing::WithParamInter
     type.destroy(again);
     utFree(text.pointer());
     utFree(textAgain.pointer());
+  }
+  bool refusesText() const {
+    const std::string_view name = GetParam().name;
+    return name == "HandleOrEmpty" || name == "COSInterface";
   }
   static std::string describe(const zxArray* array) {
     std::string text = zxGetClassName(array);
@@ -127,6 +136,12 @@ TEST_P(EveryType, IsRegisteredUnderItsNamesWithConsistentSizes) {
 
 TEST_P(EveryType, TheDefaultIsSharedAndEqualToItsCopy) {
   const COSValue value = type.getDefaultValue();
+  // A callback's default is no callback at all.
+  if (std::string_view(GetParam().name) == "Callback") {
+    EXPECT_TRUE(value.isEmpty());
+    EXPECT_TRUE(type.copy(value).isEmpty());
+    return;
+  }
   ASSERT_FALSE(value.isEmpty());
   EXPECT_EQ(type.getDefaultValue(), value);
   const COSValue copy = type.copy(value);

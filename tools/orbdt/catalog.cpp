@@ -43,6 +43,14 @@ std::string code(std::string text) {
   return cell.empty() ? "(empty)" : "`" + cell + "`";
 }
 
+// The default as a literal; an object array, which JSON cannot carry back, as its description.
+std::string defaultLiteral(const json& array) {
+  if (array.value("class", "") != "object") return cmdlang::writeLiteral(arrayFromJson(array).get());
+  std::string dims;
+  for (const json& d : array["dims"]) dims += (dims.empty() ? "" : "x") + std::to_string(d.get<std::size_t>());
+  return "<" + dims + " " + array.value("className", "object") + ">";
+}
+
 json ask(const HostSession& host, json request, std::string* literal = nullptr) {
   cmdlang::ByteBudget budget(std::size_t{1} << 26);
   Response response = runRequest(host, std::move(request), budget, Form::Text);
@@ -104,7 +112,7 @@ void writeType(const HostSession& host, const std::string& fullName, std::ostrea
   out << "- Size: " << about["sizeInBits"].get<int>() << " bits; a value takes " << about["valueSizeInBytes"].get<int>()
       << " bytes\n";
   if (about.contains("default") && !about["default"].is_null()) {
-    out << "- Default: " << code(cmdlang::writeLiteral(arrayFromJson(about["default"]).get()));
+    out << "- Default: " << code(defaultLiteral(about["default"]));
     if (about["defaultText"].is_string()) out << ", text " << code(about["defaultText"].get<std::string>());
     out << "\n";
   }

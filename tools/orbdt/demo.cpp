@@ -5,6 +5,7 @@
 #include <string>
 
 #include "orbdt/requests.h"
+#include "orbdt/session.h"
 
 namespace orbdt {
 namespace {
@@ -68,6 +69,34 @@ std::string shortened(const std::string& text) {
   return text.size() <= kWidth ? text : text.substr(0, kWidth - 3) + "...";
 }
 
+// Objects: a parent and its child, a refused handle, and a callback that runs.
+struct SessionStep {
+  const char* line;
+  bool accepted;
+};
+constexpr SessionStep kSessionSteps[] = {
+    {"f = figure", true},
+    {"a = axes(Parent=f)", true},
+    {"l = line(Parent=a, LineWidth=2)", true},
+    {"l.Parent", true},
+    {"l.Parent = 42", false},
+    {"l.ButtonDownFcn = {@disp, 'line clicked'}", true},
+    {"click(l)", true},
+    {"delete(f)", true},
+    {"l.Parent", false},
+};
+
+int runObjectDemo(std::ostream& out) {
+  out << "\nobjects, handles and callbacks:\n";
+  Session session(out);
+  int unexpected = 0;
+  for (const SessionStep& step : kSessionSteps) {
+    out << ">> " << step.line << "\n";
+    if (session.runLine(step.line) != step.accepted) ++unexpected;
+  }
+  return unexpected;
+}
+
 }  // namespace
 
 int runDemo(const HostSession& host, std::ostream& out) {
@@ -92,6 +121,7 @@ int runDemo(const HostSession& host, std::ostream& out) {
     }
     if ((response.exitStatus == 0) != step.accepted) ++unexpected;
   }
+  unexpected += runObjectDemo(out);
   return unexpected == 0 ? 0 : 1;
 }
 

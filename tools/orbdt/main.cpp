@@ -2,6 +2,7 @@
 // property values of any registered type.
 #include <unistd.h>
 
+#include <fstream>
 #include <iostream>
 #include <optional>
 #include <string>
@@ -13,6 +14,7 @@
 #include "orbdt/host_session.h"
 #include "orbdt/request_line.h"
 #include "orbdt/requests.h"
+#include "orbdt/session.h"
 #include "utillib/ut.h"
 
 namespace {
@@ -24,6 +26,8 @@ const std::string kUsage =
     "       orbdt parse TYPE TEXT [--json]\n"
     "       orbdt equal TYPE VALUE1 VALUE2 [--json]\n"
     "       orbdt batch\n"
+    "       orbdt run FILE     (a session script: f = figure, l = line(Parent=f), l.Color = 'r', ...)\n"
+    "       orbdt repl         (the same lines, typed)\n"
     "       orbdt demo\n"
     "       orbdt catalog      (a Markdown reference of every type)\n"
     "TYPE is a short name (ColorMap) or a full name (korvax.graphics.datatype.ColorMap).\n"
@@ -100,7 +104,9 @@ int main(int argc, char** argv) {
   }
   const bool batch = words[0] == "batch" && words.size() == 1;
   const nlohmann::json request = requestOf(words);
-  const bool wholeSession = batch || ((words[0] == "demo" || words[0] == "catalog") && words.size() == 1);
+  const bool script = (words[0] == "run" && words.size() == 2) || (words[0] == "repl" && words.size() == 1);
+  const bool wholeSession =
+      batch || script || ((words[0] == "demo" || words[0] == "catalog") && words.size() == 1);
   if (!wholeSession && request.is_null()) {
     std::cerr << kUsage;
     return 2;
@@ -113,6 +119,15 @@ int main(int argc, char** argv) {
   try {
     const orbdt::HostSession host(orbdt::HostSession::defaultLibrary());
     if (batch) return runBatch(host, *maxRequestBytes);
+    if (words[0] == "repl") return orbdt::runSession(std::cin, std::cout, true);
+    if (words[0] == "run") {
+      std::ifstream file(words[1]);
+      if (!file) {
+        std::cerr << "orbdt: cannot read " << words[1] << "\n";
+        return 2;
+      }
+      return orbdt::runSession(file, std::cout, false);
+    }
     if (words[0] == "demo") return orbdt::runDemo(host, std::cout);
     if (words[0] == "catalog") {
       orbdt::writeCatalog(host, std::cout);

@@ -17,6 +17,7 @@
 #include "orbdt/hints.h"
 #include "orbdt/json_array.h"
 #include "orbdt/response_size.h"
+#include "orbdt/session.h"
 #include "utillib/ut.h"
 
 namespace orbdt {
@@ -404,6 +405,7 @@ Response dispatch(const HostSession& host, const json& request, cmdlang::ByteBud
   if (op == "equal") return runEqual(host, request, budget);
   if (op == "describe") return runDescribe(host, request, budget, form);
   if (op == "types") return runTypes(host);
+  if (std::optional<Response> objects = runObjectRequest(request, budget)) return std::move(*objects);
   throw UsageError("orbdt:BadRequest", "unknown op \"" + cmdlang::utf8Shortened(op, 64) + "\"");
 }
 

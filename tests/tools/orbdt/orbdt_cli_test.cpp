@@ -254,4 +254,88 @@ TEST(OrbdtDemo, ShowsStoredAndRefusedValues) {
   EXPECT_THAT(run.out, HasSubstr("refused Korvax:orb:dt_conv:Matrix_to_Real:ValueOutsideRange"));
 }
 
+// A session script's lines and, for each, what it prints.
+struct ScriptStep {
+  const char* line;
+  const char* prints;  // "" prints nothing
+};
+
+TEST(OrbdtSession, ScriptsMakeSetReadAndDeleteObjectsAndGoOnAfterRefusals) {
+  const ScriptStep kSteps[] = {
+      {"f = figure", "f = 1\n"},
+      {"a = axes(Parent=f)", "a = 0.5\n"},
+      {"l = line(Parent=a, LineWidth=2)", "l = 1.5\n"},
+      {"% a comment", ""},
+      {"l.Parent", "ans = axes 0.5\n"},
+      {"l.LineWidth = 0", "error: Korvax:datatypes:valueOutsideValidRange: Value should be greater than 0\n"},
+      {"l.LineWidth", "ans = 2\n"},
+      {"l.Parent = 'abc'", "error: Korvax:datatypes:handleoremptydatatype:InvalidOrbHandle: "},
+      {"a.Parent = l", "error: Korvax:objsys:InvalidParent: "},
+      {"l.ButtonDownFcn = {@disp, 'clicked'}", ""},
+      {"click(l)", "1.5\n[]\nclicked\n"},
+      {"set(l, 'ButtonDownFcn', 'disp(''ran''); disp([1 2])')", ""},
+      {"click(l)", "ran\n[1 2]\n"},
+      {"l.ButtonDownFcn = 'y = 2'", ""},
+      {"click(l)", "error: Korvax:cmdlang:CannotEvaluate: Cannot run 'y = 2'"},
+      {"l.ButtonDownFcn = @nosuch", ""},
+      {"click(l)", "error: Korvax:UndefinedFunction: Undefined function 'nosuch'.\n"},
+      {"b = line(Parent=99)", "error: Korvax:datatypes:handleoremptydatatype:InvalidOrbHandle: "},
+      {"b", "error: Korvax:UndefinedFunction: Undefined function or variable 'b'.\n"},
+      {"teapot(Parent=f)", "error: orbdt:BadLiteral: unknown function 'teapot'"},
+      {"l.Colour = 1", "error: Korvax:objsys:UnknownProperty: "},
+      {"delete(f)", ""},
+      {"l.Parent", "error: Korvax:orb:dt_conv:Matrix_to_HObject:BadHandle: Invalid object handle\n"},
+      {"x = [1 2", "error: orbdt:BadLiteral: "},
+      {"g = figure", "g = 1\n"},
+  };
+  std::string script;
+  for (const ScriptStep& step : kSteps) script += std::string(step.line) + "\n";
+  const auto file = std::filesystem::temp_directory_path() / ("orbdt_session_" + std::to_string(getpid()) + ".orb");
+  std::ofstream(file) << script;
+  const ProgramRun run = orbdt("run " + file.string());
+  EXPECT_EQ(run.status, 1) << "some lines were refused";
+  std::size_t at = 0;
+  for (const ScriptStep& step : kSteps) {
+    SCOPED_TRACE(step.line);
+    const std::size_t found = run.out.find(step.prints, at);
+    ASSERT_EQ(found, at) << run.out.substr(at, 200);
+    at = step.prints[0] == '\0' ? at : run.out.find('\n', found + std::string(step.prints).size() - 1) + 1;
+  }
+  EXPECT_EQ(at, run.out.size());
+  std::filesystem::remove(file);
+}
+
+TEST(OrbdtSession, TheReplPromptsForEachLine) {
+  const ProgramRun run = orbdt("repl", "f = figure\nf.Colour\n");
+  EXPECT_EQ(run.out, ">> f = 1\n>> error: Korvax:objsys:UnknownProperty: There is no Colour property on the figure class.\n>> \n");
+  EXPECT_EQ(orbdt("run /no/such/file").status, 2);
+}
+
+TEST(OrbdtBatch, ObjectsAreMadeSetReadAndDeletedByHandle) {
+  const ProgramRun run = orbdt("batch",
+                               R"({"op":"new","class":"figure"}
+{"op":"new","class":"line","props":{"Parent":"1","LineWidth":"3"}}
+{"op":"getprop","handle":0.5,"property":"Parent"}
+{"op":"setprop","handle":0.5,"property":"LineWidth","value":"-1"}
+{"op":"getprop","handle":0.5,"property":"LineWidth"}
+{"op":"new","class":"line","props":{"Parent":"7"}}
+{"op":"new","class":"line","props":[]}
+{"op":"delete","handle":1}
+{"op":"getprop","handle":0.5,"property":"LineWidth"}
+)");
+  std::vector<nlohmann::json> answers;
+  std::istringstream lines(run.out);
+  for (std::string line; std::getline(lines, line);) answers.push_back(nlohmann::json::parse(line));
+  ASSERT_EQ(answers.size(), 9u);
+  EXPECT_EQ(answers[0]["handle"], 1.0);
+  EXPECT_EQ(answers[1]["handle"], 0.5);
+  EXPECT_EQ(answers[2]["value"], "figure 1");
+  EXPECT_EQ(answers[3]["error"]["id"], "Korvax:datatypes:valueOutsideValidRange");
+  EXPECT_EQ(answers[4]["value"], "3");
+  EXPECT_EQ(answers[5]["error"]["id"], "Korvax:datatypes:handleoremptydatatype:InvalidOrbHandle");
+  EXPECT_EQ(answers[6]["error"]["id"], "orbdt:BadRequest");
+  EXPECT_EQ(answers[7]["ok"], true);
+  EXPECT_EQ(answers[8]["error"]["id"], "Korvax:orb:dt_conv:Matrix_to_HObject:BadHandle");
+}
+
 }  // namespace
