@@ -13,7 +13,6 @@
 #include "datatype/conversion_support.h"
 #include "datatype/data_type_definitions.h"
 #include "datatype/errors.h"
-#include "datatype/possible_values.h"
 #include "guilib/array_dispatch.h"
 #include "guilib/convert_from_string_utils.h"
 
@@ -235,13 +234,6 @@ bool RGBMatrixFlatNoneColor::operator==(const RGBMatrixFlatNoneColor& other) con
   if (style_ != Style::color) return true;
   return std::equal(colors_.begin(), colors_.end(), other.colors_.begin(), other.colors_.end(),
                     [](const ColorBase& a, const ColorBase& b) { return a.getAsColor4d() == b.getAsColor4d(); });
-}
-
-objsys::COSEnumeration* newOfferedStylesCursor(objsys::COSDataType* type, const char* fullName,
-                                               const StyleEnumeration& styles) {
-  auto* cursor = new (std::nothrow) NamedValuesCursor(type, fullName, styles.offeredNames());
-  if (cursor == nullptr) throw fl::except::bad_alloc();
-  return cursor;
 }
 
 // The list's rules: m-by-3 numeric or logical matrices converted to double by value (no scaling by

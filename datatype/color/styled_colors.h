@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "datatype/color/color_base.h"
-#include "datatype/color/named_styles.h"
+#include "datatype/enums/named_styles.h"
 #include "datatype/conversions.h"
 #include "datatype/enums/style_enumeration.h"
 #include "datatype/export.h"

@@ -1,7 +1,12 @@
 // Style enumerations on integer enumeration types.
 #include "datatype/enums/style_enumeration.h"
 
+#include <new>
 #include <string>
+
+#include "datatype/enums/named_styles.h"
+#include "datatype/possible_values.h"
+#include "foundationlib/except.h"
 
 namespace graphics::datatype {
 
@@ -32,6 +37,13 @@ std::vector<std::string_view> StyleEnumeration::offeredNames() const {
     if (enumeration_->elementStatus(i) == 0) names.emplace_back(enumeration_->elementName(i));
   }
   return names;
+}
+
+objsys::COSEnumeration* newOfferedStylesCursor(objsys::COSDataType* type, const char* fullName,
+                                               const StyleEnumeration& styles) {
+  auto* cursor = new (std::nothrow) NamedValuesCursor(type, fullName, styles.offeredNames());
+  if (cursor == nullptr) throw fl::except::bad_alloc();
+  return cursor;
 }
 
 }  // namespace graphics::datatype

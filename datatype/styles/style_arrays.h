@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "datatype/color/named_styles.h"
+#include "datatype/enums/named_styles.h"
 #include "datatype/conversions.h"
 #include "datatype/enums/style_enumeration.h"
 #include "datatype/export.h"

@@ -6,13 +6,13 @@
 #include <string>
 
 #include "../support.h"
-#include "color_support.h"
+#include "../user_view.h"
 
 namespace {
 
 using namespace graphics::datatype;
-using colortest::parsing;
-using colortest::setting;
+using userview::parsing;
+using userview::setting;
 
 class ColorTables : public orbtest::DataTypeTest {};
 

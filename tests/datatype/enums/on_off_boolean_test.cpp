@@ -1,14 +1,14 @@
 // OnOffBoolean and TypeName: what each takes from arrays and text, and how a refusal is reported.
 #include "datatype/enums/on_off_boolean.h"
 
-#include "../color/color_support.h"
 #include "../support.h"
+#include "../user_view.h"
 #include "datatype/enums/type_name.h"
 
 namespace {
 
-using colortest::parsing;
-using colortest::setting;
+using userview::parsing;
+using userview::setting;
 
 class Switches : public orbtest::DataTypeTest {};
 

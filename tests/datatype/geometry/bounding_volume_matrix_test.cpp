@@ -12,8 +12,8 @@
 namespace {
 
 using namespace graphics::datatype;
-using colortest::parsing;
-using colortest::setting;
+using userview::parsing;
+using userview::setting;
 using geometrytest::Case;
 using objsys::COSValue;
 

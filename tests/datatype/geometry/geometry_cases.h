@@ -9,7 +9,7 @@
 
 #include "objsys/cos_type_conversion.h"
 // After the class system's repository, which it uses without including.
-#include "../color/color_support.h"
+#include "../user_view.h"
 
 namespace geometrytest {
 
@@ -23,7 +23,7 @@ struct Case {
 inline void expectSettings(std::span<const Case> cases) {
   for (const Case& c : cases) {
     SCOPED_TRACE(std::string(c.type) + " " + c.input);
-    EXPECT_EQ(colortest::setting(c.type, c.input), c.seen);
+    EXPECT_EQ(userview::setting(c.type, c.input), c.seen);
   }
 }
 
@@ -31,7 +31,7 @@ inline void expectSettings(std::span<const Case> cases) {
 inline void expectParsings(std::span<const Case> cases) {
   for (const Case& c : cases) {
     SCOPED_TRACE(std::string(c.type) + " \"" + c.input + "\"");
-    EXPECT_EQ(colortest::parsing(c.type, c.input), c.seen);
+    EXPECT_EQ(userview::parsing(c.type, c.input), c.seen);
   }
 }
 

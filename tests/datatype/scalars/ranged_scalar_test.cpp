@@ -3,15 +3,15 @@
 
 #include <limits>
 
-#include "../color/color_support.h"
 #include "../support.h"
+#include "../user_view.h"
 
 namespace {
 
 using namespace graphics::datatype;
-using colortest::parsing;
-using colortest::setting;
 using orbtest::RaisesId;
+using userview::parsing;
+using userview::setting;
 
 class RangedScalars : public orbtest::DataTypeTest {};
 

@@ -1,14 +1,14 @@
 // NLineStyles: lists of line styles from arrays and text, their count, and refusals.
 #include "datatype/styles/n_line_styles.h"
 
-#include "../color/color_support.h"
 #include "../support.h"
+#include "../user_view.h"
 
 namespace {
 
 using namespace graphics::datatype;
-using colortest::parsing;
-using colortest::setting;
+using userview::parsing;
+using userview::setting;
 
 class LineStyleLists : public orbtest::DataTypeTest {};
 

@@ -7,16 +7,16 @@
 #include <string>
 #include <vector>
 
-#include "../color/color_support.h"
 #include "../support.h"
+#include "../user_view.h"
 #include "utillib/ut.h"
 
 namespace {
 
 using namespace graphics::datatype;
-using colortest::parsing;
-using colortest::setting;
 using objsys::COSValue;
+using userview::parsing;
+using userview::setting;
 
 constexpr const char* kLineNames = "'-' | '--' | ':' | '-.' | 'none'";
 constexpr const char* kNotText = "error: Korvax:datatypes:InvalidEnumValueFor";

@@ -1,17 +1,17 @@
 // NumericOrString and UINumericOrString: numbers against text, cells, comparison.
 #include "datatype/text/numeric_or_string.h"
 
-#include "../color/color_support.h"
 #include "../support.h"
+#include "../user_view.h"
 #include "cmdlanglib/literal.h"
 #include "datatype/value_block.h"
 
 namespace {
 
 using namespace graphics::datatype;
-using colortest::parsing;
-using colortest::setting;
 using orbtest::RaisesId;
+using userview::parsing;
+using userview::setting;
 
 class NumbersOrText : public orbtest::DataTypeTest {};
 

@@ -5,13 +5,13 @@
 #include <limits>
 #include <string>
 
-#include "../color/color_support.h"
 #include "../support.h"
+#include "../user_view.h"
 
 namespace {
 
-using colortest::setting;
 using graphics::datatype::PrintfFormat;
+using userview::setting;
 
 class PrintfFormats : public orbtest::DataTypeTest {};
 

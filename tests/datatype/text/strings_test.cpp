@@ -6,14 +6,14 @@
 // The types' headers come first: they bring in the class system's repository that the helpers use.
 #include <string>
 
-#include "../color/color_support.h"
 #include "../support.h"
+#include "../user_view.h"
 
 namespace {
 
 using namespace graphics::datatype;
-using colortest::parsing;
-using colortest::setting;
+using userview::parsing;
+using userview::setting;
 
 class Strings : public orbtest::DataTypeTest {};
 

@@ -1,5 +1,5 @@
-// What the color tests share: a color property set from a host literal or a text through its
-// registered conversions, reduced to what a user sees (the read-back literal, or the identifier).
+// What the type tests share: a property set from a host literal or a text through its registered
+// conversions, reduced to what a user sees (the read-back literal and text, or the identifier).
 #pragma once
 
 #include <string>
@@ -8,9 +8,10 @@
 #include "datatype/data_type_base.h"
 #include "foundationlib/except.h"
 #include "objsys/cos_package.h"
+#include "objsys/cos_type_conversion.h"
 #include "utillib/ut.h"
 
-namespace colortest {
+namespace userview {
 
 inline std::string fullNameOf(const std::string& type) {
   return std::string(graphics::datatype::kPackageName) + "." + type;
@@ -56,4 +57,4 @@ inline std::string parsing(const std::string& type, const char* text) {
   });
 }
 
-}  // namespace colortest
+}  // namespace userview
