@@ -132,6 +132,23 @@ void GraphicsObject::requireLive() const {
   if (deleted_) zxErrMsgIdAndTxt("Korvax:objsys:DeletedObject", "The %s object has been deleted.", className_.c_str());
 }
 
+void GraphicsObject::addProperty(std::string_view name, std::string_view typeName) {
+  requireLive();
+  const std::string property(name);
+  const bool taken = std::ranges::any_of(slots_, [&](const Slot& slot) { return sameName(slot.name, property); });
+  if (taken)
+    zxErrMsgIdAndTxt("Korvax:objsys:DuplicateProperty", "The object already has a property %s.", property.c_str());
+  std::string fullName = std::string(kTypePackage) + std::string(typeName);
+  arrayConversion(fullName);
+  COSDataType* type = COSTypeRepository::getType(fullName.c_str());
+  if (type == nullptr) {
+    zxErrMsgIdAndTxt("Korvax:objsys:NoConversion", "The data type %s is not registered.", fullName.c_str());
+  }
+  // The slot is added empty and filled after, so that a failed copy leaves nothing to free twice.
+  slots_.push_back(Slot{property, type, std::move(fullName), COSValue()});
+  slots_.back().value = type->copy(type->getDefaultValue());
+}
+
 void GraphicsObject::set(std::string_view name, const zxArray* array) {
   requireLive();
   Slot& slot = slots_[indexOf(name)];
@@ -151,8 +168,8 @@ zxArray* GraphicsObject::get(std::string_view name) const {
 }
 
 GraphicsObject* GraphicsObject::parentIn(const Slot& slot, COSValue value) const {
-  const std::unique_ptr<zxArray, decltype(&zxDestroyArray)> array(arrayConversion(slot.typeName).to(value).as<zxArray>(),
-                                                                  &zxDestroyArray);
+  const std::unique_ptr<zxArray, decltype(&zxDestroyArray)> array(
+      arrayConversion(slot.typeName).to(value).as<zxArray>(), &zxDestroyArray);
   if (zxIsEmpty(array.get())) return nullptr;
   auto* parent = dynamic_cast<GraphicsObject*>(omGetArrayElement(array.get(), 0).get());
   if (parent == nullptr || parent->deleted_) {

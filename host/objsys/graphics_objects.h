@@ -47,6 +47,11 @@ class KX_HOST_API GraphicsObject final : public COSInterface {
   COSDataType& propertyType(std::string_view name) const;
   // The value slot as stored; it stays owned by the object.
   COSValue propertyValue(std::string_view name) const;
+  // Adds a property to this object alone (as a user adds a dynamic property), of the registered data
+  // type typeName (a short name in the graphics package), starting as a copy of its default. Raises
+  // "Korvax:objsys:DuplicateProperty" for a name the object has and "Korvax:objsys:NoConversion" for a
+  // type that is not registered with a conversion from arrays.
+  void addProperty(std::string_view name, std::string_view typeName);
   // Stores the value the property's ("any", type) conversion makes of array.
   void set(std::string_view name, const zxArray* array);
   // A new array of the value, through the same conversion.

@@ -7,6 +7,8 @@
 
 #include "../support.h"
 #include "cmdlanglib/literal.h"
+#include "foundationlib/i18n/catalog.h"
+#include "objsys/cos_package.h"
 #include "objsys/handles.h"
 #include "objsys/object_arrays.h"
 
@@ -41,6 +43,41 @@ class GraphicsObjects : public orbtest::DataTypeTest {
 
   std::size_t liveBefore = 0;
 };
+
+// Every registered type, as a property added to one object: a refused assignment leaves the value
+// that was there, the very same slot.
+TEST_F(GraphicsObjects, EveryRegisteredTypeKeepsItsValueOnAnObjectWhenABadOneIsRefused) {
+  GraphicsObject* line = GraphicsObject::create("line");
+  int swept = 0;
+  for (const objsys::COSDataType* registered :
+       objsys::COSPackage::getPackage("korvax.graphics.datatype")->getDataTypes()) {
+    const std::string typeName = registered->getName();
+    // The color table takes every array: a struct extends it, anything else leaves it as it is.
+    if (typeName == "ColorTable") continue;
+    SCOPED_TRACE(typeName);
+    const std::string property = "Sweep" + typeName;
+    line->addProperty(property, typeName);
+    objsys::COSDataType& type = line->propertyType(property);
+    const COSValue held = line->propertyValue(property);
+    const COSValue before = type.copy(held);
+    try {
+      set(line, property.c_str(), "struct('bad', 1)");
+      ADD_FAILURE() << "a struct was stored";
+    } catch (const fl::except::IMsgIDException& error) {
+      EXPECT_TRUE(fl::i18n::MessageCatalog::instance().find(error.get_error_id()).has_value() ||
+                  std::string(error.get_error_id()).rfind("Korvax:", 0) == 0)
+          << error.get_error_id();
+    }
+    EXPECT_EQ(line->propertyValue(property), held);
+    EXPECT_TRUE(type.isEqual(line->propertyValue(property), before));
+    type.destroy(before);
+    ++swept;
+  }
+  EXPECT_GT(swept, 130);
+  EXPECT_THAT([&] { line->addProperty("SweepPositive", "Positive"); }, RaisesId("Korvax:objsys:DuplicateProperty"));
+  EXPECT_THAT([&] { line->addProperty("Other", "NoSuchType"); }, RaisesId("Korvax:objsys:NoConversion"));
+  line->deleteObject();
+}
 
 TEST_F(GraphicsObjects, EveryPropertyKeepsItsValueWhenABadOneIsRefused) {
   for (const std::string& className : GraphicsObject::classNames()) {
