@@ -17,6 +17,16 @@ if(ORB_SANITIZE)
   target_compile_options(orb_settings INTERFACE ${ORB_SANITIZER_FLAGS})
   target_link_options(orb_settings INTERFACE ${ORB_SANITIZER_FLAGS})
 endif()
+# The fuzz build instruments every library for coverage as well as the sanitizers; fuzz/ links the
+# fuzzers themselves with libFuzzer's main.
+if(ORB_FUZZ)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    message(FATAL_ERROR "ORB_FUZZ needs clang (-DCMAKE_CXX_COMPILER=clang++)")
+  endif()
+  set(ORB_SANITIZER_FLAGS -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_compile_options(orb_settings INTERFACE ${ORB_SANITIZER_FLAGS} -fsanitize=fuzzer-no-link)
+  target_link_options(orb_settings INTERFACE ${ORB_SANITIZER_FLAGS})
+endif()
 
 # Where an installed tree keeps its headers; the build tree uses the source folders.
 set(ORB_INSTALL_INCLUDE_DIR ${CMAKE_INSTALL_INCLUDEDIR}/orbdatatypes)

@@ -23,3 +23,21 @@
 #include "datatype/text/printf_format.h"
 #include "datatype/text/text_string.h"
 #include "datatype/text/utf16_string.h"
+
+namespace graphics::datatype {
+
+// One row per type of all_types.def, for code that walks every type: its short name, its data type
+// singleton and its full name.
+struct TypeRow {
+  const char* name;
+  objsys::COSDataType* (*dataType)();
+  const char* (*fullName)();
+};
+
+#define ORB_TYPE(Name, DataType, ArrayConversion, TextConversion) \
+  TypeRow{#Name, [] { return static_cast<objsys::COSDataType*>(DataType::getType()); }, &DataType::getDataTypeName},
+inline constexpr TypeRow kEveryType[] = {
+#include "datatype/all_types.def"
+};
+
+}  // namespace graphics::datatype

@@ -20,13 +20,15 @@ using NamedColor = std::pair<std::string, gui_objects::Color3d>;
 
 // The first three doubles of a field's data, read without checking its class or size, deliberately:
 // whatever the field holds is taken as doubles. Only bytes the array has are read; missing ones are
-// zero, so a short or non-numeric field can never read outside its array.
+// zero, so a short or non-numeric field can never read outside its array. A sparse field's data holds
+// its stored elements only (nzmax of them), not one per element of its shape.
 gui_objects::Color3d firstThreeDoubles(const zxArray& field) {
   double rgb[3] = {0.0, 0.0, 0.0};
   const void* data = zxGetData(&field);
   const bool plainData = zxIsNumeric(&field) || zxIsLogical(&field) || zxIsChar(&field);
   if (data != nullptr && plainData) {
-    const std::size_t bytes = std::min(sizeof rgb, zxGetNumberOfElements(&field) * zxGetElementSize(&field));
+    const zxSize stored = zxIsSparse(&field) ? zxGetNzmax(&field) : zxGetNumberOfElements(&field);
+    const std::size_t bytes = std::min(sizeof rgb, stored * zxGetElementSize(&field));
     std::memcpy(rgb, data, bytes);
   }
   return {rgb[0], rgb[1], rgb[2]};

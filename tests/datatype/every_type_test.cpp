@@ -32,17 +32,6 @@ namespace {
 using namespace graphics::datatype;
 using objsys::COSValue;
 
-struct TypeRow {
-  const char* name;
-  objsys::COSDataType* (*dataType)();
-  const char* (*fullName)();
-};
-
-#define ORB_TYPE(Name, DataType, ArrayConversion, TextConversion) \
-  TypeRow{#Name, [] { return static_cast<objsys::COSDataType*>(DataType::getType()); }, &DataType::getDataTypeName},
-const TypeRow kEveryType[] = {
-#include "datatype/all_types.def"
-};
 
 std::size_t heapInUse() {
 #if defined(__SANITIZE_ADDRESS__)
@@ -208,8 +197,12 @@ TEST_P(EveryType, ARefusedArrayRaisesACatalogedIdentifierAndStoresNothing) {
 }
 
 std::string nameOf(const ::testing::TestParamInfo<TypeRow>& info) { return info.param.name; }
-void PrintTo(const TypeRow& row, std::ostream* out) { *out << row.name; }
 
 INSTANTIATE_TEST_SUITE_P(MasterList, EveryType, ::testing::ValuesIn(kEveryType), nameOf);
 
 }  // namespace
+
+// Found by argument-dependent lookup, so it lives beside the row type.
+namespace graphics::datatype {
+void PrintTo(const TypeRow& row, std::ostream* out) { *out << row.name; }
+}  // namespace graphics::datatype

@@ -41,6 +41,10 @@ TEST_F(ColorTables, FieldsReplaceEntriesOfTheSameNameAndArraysOfOtherClassesAreI
   EXPECT_EQ(setting("RGBAColor", "'g'"), "[0.25 0 0] | [ 0.25 0 0 ]");
   setting("ColorTable", "struct('g', [0 1 0])");
   EXPECT_EQ(setting("RGBAColor", "'g'"), "[0 1 0] | [ 0 1 0 ]");
+  // A sparse field's data is its stored elements only: one here, read without going past it.
+  setting("ColorTable", "struct('g', sparse([0.75 0 0]))");
+  EXPECT_EQ(setting("RGBAColor", "'g'"), "[0.75 0 0] | [ 0.75 0 0 ]");
+  setting("ColorTable", "struct('g', [0 1 0])");
 }
 
 TEST_F(ColorTables, TheTextFormAddsEntriesAndAMalformedTextAddsNone) {
