@@ -11,6 +11,7 @@
 
 #include "datatype/conversion_definitions.h"
 #include "datatype/conversion_support.h"
+#include "datatype/registration.h"
 #include "datatype/errors.h"
 #include "datatype/value_block.h"
 #include "guilib/convert_from_string_utils.h"
@@ -134,7 +135,8 @@ constexpr BuiltinConversion kBuiltinConversions[] = {
 
 void registerBuiltinStringConversions() {
   for (const BuiltinConversion& conversion : kBuiltinConversions) {
-    objsys::COSTypeRepository::addConversion("asciiString", conversion.target, conversion.make());
+    unlessOutOfMemory(
+        [&] { objsys::COSTypeRepository::addConversion("asciiString", conversion.target, conversion.make()); });
   }
 }
 

@@ -45,10 +45,7 @@ class ORB_EXPORT BasicDataType : public objsys::COSDataType {
   std::size_t getSizeInBits() const override { return 8 * Derived::kValueSizeInBytes; }
   std::size_t getValueSizeInBytes(objsys::COSValue) const override { return Derived::kValueSizeInBytes; }
 
-  objsys::COSValue copy(objsys::COSValue value) override {
-    if (value.isEmpty()) return objsys::COSValue();
-    return newValueBlock<Value>(*value.as<const Value>());
-  }
+  objsys::COSValue copy(objsys::COSValue value) override;
   void destroy(objsys::COSValue value) const override { freeValueBlock<Value>(value); }
 
   // Two empty slots are equal, an empty and a full one are not; values compare with Value's own

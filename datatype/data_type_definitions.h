@@ -25,9 +25,15 @@ const char* BasicDataType<Derived, Value>::getDataTypeName() {
 }
 
 template <class Derived, class Value>
+objsys::COSValue BasicDataType<Derived, Value>::copy(objsys::COSValue value) {
+  if (value.isEmpty()) return objsys::COSValue();
+  return withHostOutOfMemory([&] { return newValueBlock<Value>(*value.as<const Value>()); });
+}
+
+template <class Derived, class Value>
 objsys::COSValue BasicDataType<Derived, Value>::getDefaultValue() const {
   static objsys::COSValue cached;
-  if (cached.isEmpty()) cached = newValueBlock<Value>(Derived::makeDefaultValue());
+  if (cached.isEmpty()) cached = withHostOutOfMemory([] { return newValueBlock<Value>(Derived::makeDefaultValue()); });
   return cached;
 }
 
@@ -35,6 +41,12 @@ template <class E>
 EnumValueDataType<E>* EnumValueDataType<E>::getType() {
   static EnumValueDataType* const instance = new (std::nothrow) EnumValueDataType();
   return instance;
+}
+
+template <class E>
+const char* EnumValueDataType<E>::getDataTypeName() {
+  static const std::string fullName = std::string(kPackageName) + "." + E::info().name;
+  return fullName.c_str();
 }
 
 }  // namespace graphics::datatype

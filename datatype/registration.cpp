@@ -29,6 +29,9 @@ class OrbPackageInfo : public objsys::COSPackageInfo {
   OrbPackageInfo(const OrbPackageInfo&) = delete;
   OrbPackageInfo& operator=(const OrbPackageInfo&) = delete;
 
+  // Whether its three texts could be copied; one that could not makes the info unusable.
+  bool complete() const { return name_ != nullptr && description_ != nullptr && details_ != nullptr; }
+
   const char* getName() const override { return name_; }
   const char* getDescription() const override { return description_; }
   const char* getDetails() const override { return details_; }
@@ -44,7 +47,12 @@ OrbPackageInfo* makePackageInfo(const char* lastName, const char* fullName, Pack
                                 PackageTextFunction details) {
   const char* detailText = details(fullName);
   const char* descriptionText = description(fullName);
-  return new (std::nothrow) OrbPackageInfo(lastName, descriptionText, detailText);
+  auto* info = new (std::nothrow) OrbPackageInfo(lastName, descriptionText, detailText);
+  if (info != nullptr && !info->complete()) {
+    delete info;
+    return nullptr;
+  }
+  return info;
 }
 
 const char* emptyDescription(const char*) { return ""; }
@@ -66,7 +74,9 @@ gui_objects::InitializationCallbackRegistrar* callbackRegistrar() {
 }
 
 bool queueRegistration(void (*callback)()) {
-  if (gui_objects::InitializationCallbackRegistrar* registrar = callbackRegistrar()) registrar->addCallback(callback);
+  unlessOutOfMemory([callback] {
+    if (gui_objects::InitializationCallbackRegistrar* registrar = callbackRegistrar()) registrar->addCallback(callback);
+  });
   return true;
 }
 

@@ -26,24 +26,37 @@ bool queueRegistration(void (*callback)());
 // Adds a data type to the package "korvax.graphics.datatype", creating the package if needed.
 void addToDefaultPackage(objsys::COSDataType* type);
 
+// Runs one step of registration. Start-up reports no shortage of memory: a step that cannot allocate
+// what it needs is skipped, and the class system goes on without what it would have registered.
+template <class Step>
+void unlessOutOfMemory(Step&& step) {
+  try {
+    step();
+  } catch (const std::bad_alloc&) {
+  }
+}
+
 // The registration callback of a type: its data type singleton in the default package, and its array
 // (from "any"), string (from "asciiString") and Java conversions. Use void for a conversion the type
-// lacks. A conversion that cannot be allocated is handed over as null.
+// lacks. A conversion that cannot be allocated is handed over as null; any other allocation that fails
+// ends the callback early.
 template <class DataType, class ArrayConversion, class StringConversion, class JavaConversion = void>
 void registerDataType() {
-  DataType* type = DataType::getType();
-  if (type == nullptr) return;
-  addToDefaultPackage(type);
-  const objsys::COSNameID name(DataType::getDataTypeName());
-  if constexpr (!std::is_void_v<ArrayConversion>) {
-    objsys::COSTypeRepository::addConversion("any", name, new (std::nothrow) ArrayConversion());
-  }
-  if constexpr (!std::is_void_v<StringConversion>) {
-    objsys::COSTypeRepository::addConversion("asciiString", name, new (std::nothrow) StringConversion());
-  }
-  if constexpr (!std::is_void_v<JavaConversion>) {
-    objsys::JavaTypeConversion::addConversion(name, new (std::nothrow) JavaConversion());
-  }
+  unlessOutOfMemory([] {
+    DataType* type = DataType::getType();
+    if (type == nullptr) return;
+    addToDefaultPackage(type);
+    const objsys::COSNameID name(DataType::getDataTypeName());
+    if constexpr (!std::is_void_v<ArrayConversion>) {
+      objsys::COSTypeRepository::addConversion("any", name, new (std::nothrow) ArrayConversion());
+    }
+    if constexpr (!std::is_void_v<StringConversion>) {
+      objsys::COSTypeRepository::addConversion("asciiString", name, new (std::nothrow) StringConversion());
+    }
+    if constexpr (!std::is_void_v<JavaConversion>) {
+      objsys::JavaTypeConversion::addConversion(name, new (std::nothrow) JavaConversion());
+    }
+  });
 }
 
 }  // namespace graphics::datatype

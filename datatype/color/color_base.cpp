@@ -198,4 +198,17 @@ void ColorNameTable::addNamedColor(const std::string& name, const gui_objects::C
   entries_.insert_or_assign(name, rgb);
 }
 
+void ColorNameTable::addNamedColors(const std::vector<std::pair<std::string, gui_objects::Color3d>>& colors) {
+  // The new keys are allocated aside first; changing existing triples and splicing the new nodes in
+  // allocates nothing, so the table changes only once nothing can fail.
+  Entries added;
+  for (const auto& [name, rgb] : colors) {
+    if (!entries_.contains(name)) added.insert_or_assign(name, rgb);
+  }
+  for (const auto& [name, rgb] : colors) {
+    if (const auto found = entries_.find(name); found != entries_.end()) found->second = rgb;
+  }
+  entries_.merge(added);
+}
+
 }  // namespace graphics::datatype

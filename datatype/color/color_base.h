@@ -7,6 +7,8 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "datatype/export.h"
 #include "guilib/auto_ptr.h"
@@ -92,6 +94,9 @@ class ORB_EXPORT ColorNameTable {
   // Sets the entry whose key is name exactly (kept as given, not lowercased). Without overwrite, a
   // name that begins any key is refused with "Korvax:datatypes:colornametable:AddNameColor".
   void addNamedColor(const std::string& name, const gui_objects::Color3d& rgb, bool overwrite);
+  // Sets several entries as addNamedColor does with overwrite, all of them or, when memory runs out,
+  // none; a name given twice takes its last triple.
+  void addNamedColors(const std::vector<std::pair<std::string, gui_objects::Color3d>>& colors);
 
   const Entries& entries() const { return entries_; }
 

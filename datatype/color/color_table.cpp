@@ -70,11 +70,13 @@ struct ColorTableRules {
   static ColorTable fromArray(const zxArray& array) {
     const ColorTable value;
     if ((!zxIsStruct(&array) && !zxIsObject(&array)) || zxGetNumberOfElements(&array) == 0) return value;
+    std::vector<NamedColor> colors;
     for (int f = 0; f < zxGetNumberOfFields(&array); ++f) {
       const zxArray* field = zxGetFieldByNumber(&array, 0, f);
       if (field == nullptr) continue;
-      value.getTable().addNamedColor(zxGetFieldNameByNumber(&array, f), firstThreeDoubles(*field), true);
+      colors.emplace_back(zxGetFieldNameByNumber(&array, f), firstThreeDoubles(*field));
     }
+    value.getTable().addNamedColors(colors);
     return value;
   }
   static zxArray* toArray(const ColorTable& value) {
@@ -101,7 +103,7 @@ struct ColorTableRules {
   static ColorTable fromNoText() { return ColorTable(); }
   static ColorTable fromText(const char* text) {
     const ColorTable value;
-    for (const auto& [name, rgb] : namedColorsOf(text)) value.getTable().addNamedColor(name, rgb, true);
+    value.getTable().addNamedColors(namedColorsOf(text));
     return value;
   }
   // Components are written shortest-exact, so the text reads back as the same table.

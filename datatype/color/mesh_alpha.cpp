@@ -50,6 +50,8 @@ MeshAlpha MeshAlpha::fromText(const char* text) {
   const std::optional<MeshAlphaStyle::value> style = MeshAlphaStyle::fromName(text);
   if (style && *style != MeshAlphaStyle::alpha) return MeshAlpha(*style, 1.0);
   std::istringstream in{std::string(text)};
+  // A stream swallows what its reading raises; out of memory must not read as "no number".
+  in.exceptions(std::ios::badbit);
   double number = 0.0;
   if (!(in >> number)) raise<Korvax::orb::dt_conv::Matrix_to_Real::ExpectedNumeric1>();
   return MeshAlpha(number);

@@ -83,7 +83,8 @@ template <class E>
 class ORB_EXPORT EnumValueDataType final : public EnumDataTypeBase {
  public:
   static EnumValueDataType* getType();
-  static const char* getDataTypeName() { return getType()->EnumDataTypeBase::getDataTypeName(); }
+  // "korvax.graphics.datatype.<name>", whether or not the singleton could be made.
+  static const char* getDataTypeName();
 
  private:
   EnumValueDataType() : EnumDataTypeBase(E::info()) {}

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "datatype/references/invalid_double_handle.h"
+#include "datatype/registration.h"
 #include "datatype/value_block.h"
 #include "graphicsutillib/graphics_context.h"
 #include "objsys/builtin_types.h"
@@ -70,8 +71,10 @@ ObjectReferenceConversion* conversion = nullptr;
 void registerObjectReferenceConversion() {
   if (conversion != nullptr) return;
   conversion = new (std::nothrow) ObjectReferenceConversion();
-  objsys::COSTypeRepository::addConversion("double", kObjectReferenceTypeName, conversion);
-  if (getContextKXRID() >= 0) contextFlags()[getContextKXRID()] = true;
+  unlessOutOfMemory([] {
+    objsys::COSTypeRepository::addConversion("double", kObjectReferenceTypeName, conversion);
+    if (getContextKXRID() >= 0) contextFlags()[getContextKXRID()] = true;
+  });
 }
 
 void removeObjectReferenceConversion() {

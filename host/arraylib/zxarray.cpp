@@ -17,6 +17,7 @@
 #include "arraylib/zxerror.h"
 #include "foundationlib/except.h"
 #include "foundationlib/i18n/unicode.h"
+#include "utillib/ut.h"
 
 namespace {
 
@@ -156,14 +157,14 @@ zxSize checkedProduct(zxSize a, zxSize b) {
 void* allocateZeroed(zxSize count, zxSize size) {
   if (count == 0 || size == 0) return nullptr;
   checkedProduct(count, size);
-  void* block = std::calloc(count, size);
+  void* block = utCalloc(count, size);
   if (block == nullptr) throw fl::except::bad_alloc();
   return block;
 }
 
 void* copyBlock(const void* source, zxSize bytes) {
   if (source == nullptr || bytes == 0) return nullptr;
-  void* block = std::malloc(bytes);
+  void* block = utMalloc(bytes);
   if (block == nullptr) throw fl::except::bad_alloc();
   std::memcpy(block, source, bytes);
   return block;
@@ -183,8 +184,8 @@ zxSize productOf(const Dims& dims) {
 }
 
 Payload::~Payload() {
-  std::free(real);
-  std::free(imag);
+  utFree(real);
+  utFree(imag);
   for (zxArray* element : elements) zxDestroyArray(element);
   if (ops != nullptr && ops->release != nullptr) {
     for (void* object : objects) {
@@ -197,12 +198,12 @@ zxSize valueCount(const zxArray* array) { return array->sparse ? array->payload-
 
 // A header over new storage, not yet in any frame.
 zxArray* newHeader(zxClassID classID, Dims dims) {
-  auto* array = new zxArray;
+  auto array = std::make_unique<zxArray>();
   array->classID = classID;
   array->dims = std::move(dims);
   array->numel = productOf(array->dims);
   array->payload = std::make_shared<Payload>();
-  return array;
+  return array.release();
 }
 
 // A new dense array of a value class (numeric, logical, char), zero-filled, in the current frame.
@@ -217,14 +218,14 @@ zxArray* newValueArray(zxClassID classID, Dims dims, zxComplexity complexity) {
 }
 
 zxArray* shareHeader(const zxArray* source) {
-  auto* copy = new zxArray;
+  auto copy = std::make_unique<zxArray>();
   copy->classID = source->classID;
   copy->dims = source->dims;
   copy->numel = source->numel;
   copy->complex = source->complex;
   copy->sparse = source->sparse;
   copy->payload = source->payload;
-  return copy;
+  return copy.release();
 }
 
 zxArray* duplicateHeader(const zxArray* source);
@@ -696,12 +697,12 @@ char* zxArrayToString(const zxArray* array) {
   if (array == nullptr || array->classID != zxCHAR_CLASS) return nullptr;
   const auto* chars = static_cast<const zxChar*>(array->payload->real);
   const std::string text = fl::i18n::utf16ToUtf8(std::u16string_view(chars, chars == nullptr ? 0 : array->numel));
-  auto* result = static_cast<char*>(std::malloc(text.size() + 1));
+  auto* result = static_cast<char*>(utMalloc(text.size() + 1));
   if (result == nullptr) throw fl::except::bad_alloc();
   std::memcpy(result, text.c_str(), text.size() + 1);
   return result;
 }
 
-void* zxMalloc(zxSize bytes) { return std::malloc(bytes); }
-void* zxCalloc(zxSize count, zxSize size) { return std::calloc(count, size); }
-void zxFree(void* block) { std::free(block); }
+void* zxMalloc(zxSize bytes) { return utMalloc(bytes); }
+void* zxCalloc(zxSize count, zxSize size) { return utCalloc(count, size); }
+void zxFree(void* block) { utFree(block); }

@@ -22,13 +22,45 @@ void rememberLoaderError() {
 
 }  // namespace
 
-void* utMalloc(std::size_t bytes) { return std::malloc(bytes); }
+namespace {
 
-void* utCalloc(std::size_t count, std::size_t size) { return std::calloc(count, size); }
+// The countdown to the injected failure: 0 is off, 1 fails the next allocation.
+thread_local std::size_t allocationsUntilFailure = 0;
+thread_local bool injectedFailureHappened = false;
+
+bool injectFailure() {
+  if (allocationsUntilFailure == 0) return false;
+  if (--allocationsUntilFailure != 0) return false;
+  injectedFailureHappened = true;
+  return true;
+}
+
+}  // namespace
+
+void* utMalloc(std::size_t bytes) { return injectFailure() ? nullptr : std::malloc(bytes); }
+
+void* utCalloc(std::size_t count, std::size_t size) { return injectFailure() ? nullptr : std::calloc(count, size); }
+
+void* utAlignedMalloc(std::size_t alignment, std::size_t bytes) {
+  if (injectFailure()) return nullptr;
+  void* block = nullptr;
+  if (alignment < sizeof(void*)) alignment = sizeof(void*);
+  return posix_memalign(&block, alignment, bytes) == 0 ? block : nullptr;
+}
 
 void utFree(void* block) { std::free(block); }
 
-char* utStrdup(const char* text) { return text != nullptr ? strdup(text) : nullptr; }
+char* utStrdup(const char* text) {
+  if (text == nullptr) return nullptr;
+  return injectFailure() ? nullptr : strdup(text);
+}
+
+void utFailNthAllocation(std::size_t nth) {
+  allocationsUntilFailure = nth;
+  if (nth != 0) injectedFailureHappened = false;
+}
+
+bool utInjectedFailureHappened() { return injectedFailureHappened; }
 
 int utPrintf(const char* format, ...) {
   va_list args;

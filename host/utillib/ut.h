@@ -8,9 +8,19 @@
 // Allocation on the C heap. utFree accepts any C-heap block (malloc, calloc, strdup) and null.
 void* utMalloc(std::size_t bytes);
 void* utCalloc(std::size_t count, std::size_t size);
+// A block aligned to alignment (a power of two), released with utFree; null when it cannot be had.
+void* utAlignedMalloc(std::size_t alignment, std::size_t bytes);
 void utFree(void* block);
 // A C-heap copy of a NUL-terminated string, released with utFree; null for a null argument.
 char* utStrdup(const char* text);
+
+// Allocation-failure injection, for tests: with nth > 0 the nth allocation from now through utMalloc,
+// utCalloc, utAlignedMalloc or utStrdup (and through operator new in a program that links utillib_routed_new) returns
+// null, once; 0 turns it off. The count runs on the calling thread.
+void utFailNthAllocation(std::size_t nth);
+// Whether the failure last set by utFailNthAllocation (with nth > 0) has happened; turning injection
+// off keeps the answer.
+bool utInjectedFailureHappened();
 
 // printf-style output to standard output, or to the sink installed by ut::PrintCapture.
 int utPrintf(const char* format, ...) __attribute__((format(printf, 1, 2)));

@@ -196,6 +196,52 @@ TEST_P(EveryType, ARefusedArrayRaisesACatalogedIdentifierAndStoresNothing) {
   zxDestroyArray(record);
 }
 
+// A long session: 10^5 conversions over every type (the default read back as an array and as text,
+// each stored again, copied, compared and destroyed). After two rounds have made what is made once,
+// the heap must stay flat however many rounds follow.
+TEST_F(EveryTypeList, ATenthOfAMillionConversionsLeaveTheHeapFlat) {
+  struct Conversions {
+    objsys::COSDataType* type;
+    const objsys::COSTypeConversion* arrays;
+    const objsys::COSTypeConversion* texts;
+  };
+  std::vector<Conversions> types;
+  for (const TypeRow& row : kEveryType) {
+    types.push_back({row.dataType(), objsys::COSTypeRepository::getConversion("any", row.fullName()),
+                     objsys::COSTypeRepository::getConversion("asciiString", row.fullName())});
+  }
+  std::size_t conversions = 0;
+  const auto round = [&] {
+    for (const Conversions& t : types) {
+      zx::CallFrame frame;
+      const COSValue value = t.type->getDefaultValue();
+      gui_objects::ZxArrayPtr array(t.arrays->to(value).as<zxArray>());
+      const COSValue fromArray = t.arrays->from(COSValue(array.get()));
+      const COSValue copy = t.type->copy(fromArray);
+      EXPECT_EQ(t.type->compare(copy, fromArray), t.type->compare(fromArray, copy));
+      t.type->destroy(copy);
+      t.type->destroy(fromArray);
+      conversions += 3;
+      COSValue text;
+      try {
+        text = t.texts->to(value);
+      } catch (const fl::except::IMsgIDException&) {
+        // A type without a text form refuses to write one, on purpose.
+      }
+      if (!text.isEmpty()) {
+        t.type->destroy(t.texts->from(text));
+        utFree(text.pointer());
+        conversions += 2;
+      }
+    }
+  };
+  round();
+  round();
+  const auto before = static_cast<std::ptrdiff_t>(heapInUse());
+  while (conversions < 100000) round();
+  EXPECT_LT(static_cast<std::ptrdiff_t>(heapInUse()) - before, 4096) << "after " << conversions << " conversions";
+}
+
 std::string nameOf(const ::testing::TestParamInfo<TypeRow>& info) { return info.param.name; }
 
 INSTANTIATE_TEST_SUITE_P(MasterList, EveryType, ::testing::ValuesIn(kEveryType), nameOf);

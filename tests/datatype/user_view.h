@@ -20,12 +20,17 @@ inline std::string fullNameOf(const std::string& type) {
 // The stored value's array read back as a literal, then " | " and its text; or "error: <identifier>".
 inline std::string seen(const std::string& type, objsys::COSValue value) {
   const std::string full = fullNameOf(type);
+  // The value is destroyed however the read-backs end.
+  const struct Destroyer {
+    const std::string& full;
+    objsys::COSValue value;
+    ~Destroyer() { objsys::COSTypeRepository::getType(full.c_str())->destroy(value); }
+  } destroyer{full, value};
   const gui_objects::ZxArrayPtr array(
       objsys::COSTypeRepository::getConversion("any", full.c_str())->to(value).as<zxArray>());
   const objsys::COSValue text = objsys::COSTypeRepository::getConversion("asciiString", full.c_str())->to(value);
   std::string result = cmdlang::writeLiteral(array.get()) + " | " + (text.isEmpty() ? "" : text.as<const char>());
   utFree(text.pointer());
-  objsys::COSTypeRepository::getType(full.c_str())->destroy(value);
   return result;
 }
 
