@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the fuzzers with clang, AddressSanitizer and UndefinedBehaviorSanitizer in build-fuzz/ and
-# runs each for SECONDS (default 20), one process each, from its seed corpus, its regression inputs
+# Builds the tree with clang, AddressSanitizer and UndefinedBehaviorSanitizer in build-fuzz/ and
+# runs each fuzzer for SECONDS (default 20), one process each, from its seed corpus, its regression inputs
 # and what earlier runs found (build-fuzz/fuzz-corpus/NAME). Prints per fuzzer the executions, the
 # coverage (libFuzzer's cov and ft) and the findings. A fault found is copied into
 # fuzz/regressions/NAME, where CTest replays it in every build, and makes the script fail.
@@ -18,7 +18,8 @@ bash scripts/install-deps.sh
 build_dir=build-fuzz
 cmake -S . -B "$build_dir" -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS=-O1 \
   -DORB_FUZZ=ON -DORB_BUILD_BENCHMARKS=OFF >/dev/null
-cmake --build "$build_dir" --target fuzzers -j "${BUILD_JOBS:-$(nproc)}"
+# The whole tree, not only the fuzzers: this is also the build that keeps every source clang-clean.
+cmake --build "$build_dir" -j "${BUILD_JOBS:-$(nproc)}"
 
 # The dictionaries each fuzzer reads (fuzz/NAME.dict), joined into one file as libFuzzer takes one.
 declare -A dictionaries=(

@@ -14,8 +14,11 @@ for entry in KXInitialize_orbdatatypes KXTerminate_orbdatatypes QueryKXFcnTable_
     status=1
   fi
 done
-host_names='(objsys|fl|gui_objects|matrix|TL|zx|graphicsutil)::'
-host=$(grep -E "^((typeinfo|typeinfo name|vtable|VTT) for )?((zx|ut)[A-Z]|get(ContextKXRID|ContextIndex)|$host_names)" <<<"$symbols" || true)
+# Host names are looked for in the mangled names, where a symbol's own namespace comes first: an
+# instantiation of a standard template over host types (std::exchange<objsys::...>) is not the host's.
+mangled=$(nm -D --defined-only "$library" | sed -E 's/^[0-9a-f]+ [A-Za-z] //')
+host_namespaces='(6objsys|2fl|11gui_objects|6matrix|2TL|2zx|13graphicsutil)'
+host=$(grep -E "^((zx|ut)[A-Z]|get(ContextKXRID|ContextIndex)|_Z(T[ISV])?N(K)?$host_namespaces)" <<<"$mangled" | c++filt || true)
 if [[ -n $host ]]; then
   echo "host symbols defined by the library:"
   echo "$host"

@@ -15,11 +15,9 @@ using userview::setting;
 
 class RangedScalars : public orbtest::DataTypeTest {};
 
-// Every number, so that a value of this range can be checked again against the finite one.
+// Every number, so that a value of this range can be checked again against the finite one. A range
+// that only values are made of needs no names or default.
 struct AnyNumber {
-  static constexpr const char* kTypeName = "AnyNumber";
-  static constexpr const char* kClassName = "AnyNumberDataType";
-  static constexpr double kDefault = 0.0;
   static bool contains(double) { return true; }
   [[noreturn]] static void refuse() { throw 0; }
 };
