@@ -3,15 +3,10 @@
 // sees one object per type, one cached default and one name table, whichever way it asks.
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 
-#include "datatype/arrays/shaped_arrays.h"
-#include "datatype/color/color_table.h"
-#include "datatype/color/mesh_alpha.h"
-#include "datatype/color/styled_colors.h"
-#include "datatype/enums/enum_types.h"
+#include "datatype/all_types.h"
 #include "datatype/library.h"
-#include "datatype/scalars/constrained_scalars.h"
-#include "datatype/text/text_string.h"
 #include "objsys/builtin_types.h"
 #include "objsys/cos_type_conversion.h"
 
@@ -63,6 +58,23 @@ int main() {
   checkFamily<TextStringDataType>("text", "title");
   checkFamily<MeshAlphaDataType>("alpha", "interp");
   checkFamily<RGBAColorDataType>("color", "0 0.5 1");
+  checkFamily<LineStyleArrayDataType>("style list", "-|--");
+  checkFamily<PositionDataType>("geometry", "0.1 0.1 0.8 0.8");
+  checkFamily<BoundingVolumeDataType>("bounding volume", "[0 0 0; 1 1 1]");
+  checkFamily<CallbackDataType>("callback", "disp(1)");
+  checkFamily<OnOffBooleanDataType>("switch", "off");
+  checkFamily<NumericOrStringDataType>("number or text", "five");
+
+  // Every type of the master list, by class and by name: one object each.
+  int differing = 0;
+  for (const TypeRow& row : kEveryType) {
+    if (row.dataType() == nullptr || row.dataType() != registered(row.fullName())) {
+      std::printf("     %s differs\n", row.name);
+      ++differing;
+    }
+  }
+  std::printf("-- every type (%zu)\n", std::size(kEveryType));
+  check(differing == 0, "every getType() is the registered data type");
 
   std::printf("-- name tables\n");
   auto* positions = dynamic_cast<EnumDataTypeBase*>(registered("korvax.graphics.datatype.ActivePosition"));

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "arraylib/zxarray.h"
+#include "foundationlib/visibility.h"
 
 namespace gui_objects {
 
@@ -30,7 +31,7 @@ using CodeEvaluator = void (*)(std::string_view code);
 void setCodeEvaluator(CodeEvaluator evaluator);
 
 // An array that cannot be a callback.
-class InvalidCallbackException : public std::invalid_argument {
+class KX_HOST_API InvalidCallbackException : public std::invalid_argument {
  public:
   using std::invalid_argument::invalid_argument;
 };
@@ -39,7 +40,7 @@ class InvalidCallbackException : public std::invalid_argument {
 // function handle; a non-empty cell row or column whose first element is a function handle or a
 // function name (a char row), followed by the arguments. Anything else is refused with
 // InvalidCallbackException, and nothing is kept.
-class MCallback {
+class KX_HOST_API MCallback {
  public:
   enum class Kind { Code, Function, FunctionWithArguments };
 

@@ -9,10 +9,12 @@
 #include <array>
 #include <cstdint>
 
+#include "foundationlib/visibility.h"
+
 namespace gui_objects {
 
 // A color as four bytes; the default is opaque black.
-struct Color4b {
+struct KX_HOST_API Color4b {
   std::uint8_t r = 0;
   std::uint8_t g = 0;
   std::uint8_t b = 0;
@@ -22,7 +24,7 @@ struct Color4b {
 };
 
 // A color as four intensities, nominally 0 to 1; the default is opaque black.
-struct Color4d {
+struct KX_HOST_API Color4d {
   double r = 0;
   double g = 0;
   double b = 0;
@@ -35,7 +37,7 @@ struct Color4d {
 };
 
 // A color as three intensities without alpha; the default is black.
-struct Color3d {
+struct KX_HOST_API Color3d {
   double r = 0;
   double g = 0;
   double b = 0;
@@ -44,14 +46,14 @@ struct Color3d {
 };
 
 // A pixel position.
-struct Point2i {
+struct KX_HOST_API Point2i {
   std::int32_t x = 0;
   std::int32_t y = 0;
 
   friend bool operator==(const Point2i&, const Point2i&) = default;
 };
 
-struct Point2d {
+struct KX_HOST_API Point2d {
   double x = 0;
   double y = 0;
 
@@ -62,7 +64,7 @@ struct Point2d {
   friend bool operator==(const Point2d&, const Point2d&) = default;
 };
 
-struct Point3d {
+struct KX_HOST_API Point3d {
   double x = 0;
   double y = 0;
   double z = 0;
@@ -70,7 +72,7 @@ struct Point3d {
   friend bool operator==(const Point3d&, const Point3d&) = default;
 };
 
-struct Point4d {
+struct KX_HOST_API Point4d {
   double x = 0;
   double y = 0;
   double z = 0;
@@ -82,7 +84,7 @@ struct Point4d {
 // An axis-aligned rectangle kept as its minimum and maximum corners. Crossed corners are kept as
 // given and show as a negative width or height. Built from x, y, width and height, the maximum corner
 // is rounded like any double sum, so getWidth() may differ from the width given in the last bit.
-class Rectangle2d {
+class KX_HOST_API Rectangle2d {
  public:
   Rectangle2d() = default;
   Rectangle2d(Point2d minCorner, Point2d maxCorner) : min_(minCorner), max_(maxCorner) {}
@@ -108,7 +110,7 @@ class Rectangle2d {
 
 // An axis-aligned rectangle in whole pixels, kept as its corners. Corner and size arithmetic wraps
 // modulo 2^32 instead of overflowing, so fromXYWH(x, y, w, h) always reads back x, y, w and h.
-class Rectangle2i {
+class KX_HOST_API Rectangle2i {
  public:
   Rectangle2i() = default;
   Rectangle2i(Point2i minCorner, Point2i maxCorner) : min_(minCorner), max_(maxCorner) {}
@@ -137,7 +139,7 @@ class Rectangle2i {
 };
 
 // Four margins; the default is no margin.
-class Inset2d {
+class KX_HOST_API Inset2d {
  public:
   Inset2d() = default;
   Inset2d(double xMin, double xMax, double yMin, double yMax) : xMin_(xMin), xMax_(xMax), yMin_(yMin), yMax_(yMax) {}
@@ -158,7 +160,7 @@ class Inset2d {
 
 // An axis-aligned box from its minimum and maximum corners; the default is the zero box at the
 // origin. Crossed or NaN bounds are kept as given.
-class BoundingVolume {
+class KX_HOST_API BoundingVolume {
  public:
   BoundingVolume() = default;
   BoundingVolume(Point3d minCorner, Point3d maxCorner) : min_(minCorner), max_(maxCorner) {}
@@ -186,7 +188,7 @@ class BoundingVolume {
 
 // A 4-by-4 transform, identity by default. Elements are addressed as (row, col) with both in 0..3;
 // indices outside that range are a caller error and are not checked.
-class Matrix4x4d {
+class KX_HOST_API Matrix4x4d {
  public:
   Matrix4x4d() : elements_{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1} {}
 

@@ -39,7 +39,7 @@ class KX_HOST_API COSInterface {
 
 // A counted reference to a class-system object, or null. Two pointers are equal when they designate
 // the same object.
-class COSInterfacePtr {
+class KX_HOST_API COSInterfacePtr {
  public:
   COSInterfacePtr() = default;
   explicit COSInterfacePtr(COSInterface* object) : object_(object) {
