@@ -22,13 +22,27 @@
 
 namespace graphics::datatype {
 
+namespace detail {
+
+// Id's exception, handed to the host's error path as soon as it is made. Thrown as a temporary, it is
+// made in the place it is thrown from, so the raising frame holds nothing to destroy while it unwinds:
+// that cleanup would cost a refusal more than everything else it does.
+template <class Id>
+class RaisedError final : public fl::except::Exception<Id> {
+ public:
+  template <class... Args>
+  explicit RaisedError(const Args&... arguments) : fl::except::Exception<Id>(arguments...) {
+    matrix::detail::do_legacy_zx_error(*this);
+  }
+};
+
+}  // namespace detail
+
 // Raises the identifier Id with its message arguments: the host's error while a host call is
-// running, otherwise the identifier's own exception.
+// running (the host's error path does not return then), otherwise the identifier's own exception.
 template <class Id, class... Args>
 [[noreturn]] void raise(const Args&... arguments) {
-  const fl::except::Exception<Id> error(arguments...);
-  matrix::detail::do_legacy_zx_error(error);
-  throw error;
+  throw detail::RaisedError<Id>(arguments...);
 }
 
 // Every identifier the library declares, and so every one it can raise: the catalogue of errors.def

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 #include <new>
 #include <utility>
 
@@ -15,6 +16,9 @@ namespace graphics::datatype {
 // A zero-filled C-heap block of size bytes, released with utFree; the foundation library's bad_alloc
 // when it cannot be had.
 ORB_EXPORT void* allocateValueBlock(std::size_t size);
+
+// Raises the foundation library's bad_alloc for a value block that could not be had.
+[[noreturn]] ORB_EXPORT void raiseOutOfMemoryForBlock();
 
 // Inside a catch block for std::bad_alloc: raises the foundation library's bad_alloc in its place (or
 // again, when it is that one already), so that every failed allocation reaches the host alike.
@@ -35,7 +39,11 @@ decltype(auto) withHostOutOfMemory(Make&& make) {
 // and nothing is returned.
 template <class T, class... Args>
 objsys::COSValue newValueBlock(Args&&... arguments) {
-  void* block = allocateValueBlock(sizeof(T));
+  // allocateValueBlock's work, inline: the block's size is known here, so zero-filling it is a few
+  // stores rather than a call.
+  void* block = utMalloc(sizeof(T));
+  if (block == nullptr) raiseOutOfMemoryForBlock();
+  std::memset(block, 0, sizeof(T));
   try {
     ::new (block) T(std::forward<Args>(arguments)...);
   } catch (...) {

@@ -104,16 +104,25 @@ Lanes lanesAt(const E* values) {
   return lanes;
 }
 
-// The index of the first element x for which breaks(x) holds, or count. Floating elements go two
-// vectors per branch; the step that holds the first bad element is read again one by one to find it.
+// Vectors tested per branch: their masks are ORed and tested once, 128 bytes at a time, so that the
+// loop's cost is the comparisons alone.
+constexpr std::size_t kVectorsPerStep = 8;
+
+// The index of the first element x for which breaks(x) holds, or count. Floating elements go
+// kVectorsPerStep vectors per branch; the step that holds the first bad element is read again one by
+// one to find it.
 template <class E, class Breaks>
 std::size_t firstBreaking(const E* values, std::size_t count, Breaks breaks) {
   std::size_t i = 0;
   if constexpr (std::is_floating_point_v<E>) {
     using Lanes = typename LanesOf<E>::type;
     constexpr std::size_t width = sizeof(Lanes) / sizeof(E);
-    for (; i + 2 * width <= count; i += 2 * width) {
-      if (anyLane(breaks(lanesAt<Lanes>(values + i)) | breaks(lanesAt<Lanes>(values + i + width)))) break;
+    constexpr std::size_t step = kVectorsPerStep * width;
+    const auto stepBreaks = [&]<std::size_t... V>(const E* at, std::index_sequence<V...>) {
+      return (breaks(lanesAt<Lanes>(at + V * width)) | ...);
+    };
+    for (; i + step <= count; i += step) {
+      if (anyLane(stepBreaks(values + i, std::make_index_sequence<kVectorsPerStep>()))) break;
     }
   }
   for (; i < count; ++i) {
@@ -130,12 +139,12 @@ std::size_t firstBreakingPair(const E* values, std::size_t count, Breaks breaks)
   if constexpr (std::is_floating_point_v<E>) {
     using Lanes = typename LanesOf<E>::type;
     constexpr std::size_t width = sizeof(Lanes) / sizeof(E);
-    for (; i + 2 * width <= pairs; i += 2 * width) {
-      const Lanes first = lanesAt<Lanes>(values + i);
-      const Lanes middle = lanesAt<Lanes>(values + i + width);
-      const Lanes firstNext = lanesAt<Lanes>(values + i + 1);
-      const Lanes middleNext = lanesAt<Lanes>(values + i + width + 1);
-      if (anyLane(breaks(first, firstNext) | breaks(middle, middleNext))) break;
+    constexpr std::size_t step = kVectorsPerStep * width;
+    const auto stepBreaks = [&]<std::size_t... V>(const E* at, std::index_sequence<V...>) {
+      return (breaks(lanesAt<Lanes>(at + V * width), lanesAt<Lanes>(at + V * width + 1)) | ...);
+    };
+    for (; i + step <= pairs; i += step) {
+      if (anyLane(stepBreaks(values + i, std::make_index_sequence<kVectorsPerStep>()))) break;
     }
   }
   for (; i < pairs; ++i) {

@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
-#include <locale>
 #include <optional>
 #include <span>
 
+#include "datatype/enums/case_tables.h"
 #include "datatype/errors.h"
 #include "datatype/value_block.h"
 #include "guilib/convert_from_string_utils.h"
@@ -30,8 +30,8 @@ class LowercaseText {
   // Lowercases with the mapping of the process's global locale.
   static LowercaseText byGlobalLocale(std::string_view text) {
     LowercaseText lower(text);
-    const std::locale global;
-    std::use_facet<std::ctype<char>>(global).tolower(lower.data_, lower.data_ + lower.size_);
+    const CaseTables& tables = CaseTables::current();
+    for (char& c : lower.chars()) c = tables.lower(c);
     return lower;
   }
 

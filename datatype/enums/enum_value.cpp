@@ -103,6 +103,13 @@ signed char EnumDataTypeBase::ordinalFromArray(const zxArray& array) const {
 
 signed char EnumDataTypeBase::ordinalFromText(const char* text) const { return ordinalNamed(*this, text, false); }
 
+std::optional<signed char> EnumDataTypeBase::findOrdinal(const char* text) const {
+  const OrbTypedEnumStringType& elements = enumType();
+  const int index = elements.findElement(text);
+  if (index < 0) return std::nullopt;
+  return ordinalOf(elements.elements().elementValue(index, false));
+}
+
 const char* EnumDataTypeBase::nameOf(signed char ordinal) const {
   return enumType().getEnumString(objsys::COSValue(&ordinal));
 }

@@ -59,6 +59,8 @@ class ORB_EXPORT EnumDataTypeBase : public objsys::COSDataType {
   signed char ordinalFromArray(const zxArray& array) const;
   // The ordinal of the element that the text names; refused when it names none or several.
   signed char ordinalFromText(const char* text) const;
+  // The same without the refusal: nothing when the text names no element or several.
+  std::optional<signed char> findOrdinal(const char* text) const;
   // The name of the element holding ordinal, or null.
   const char* nameOf(signed char ordinal) const;
   // A new char row holding that name; the empty text when there is none.
@@ -98,7 +100,12 @@ struct ORB_EXPORT EnumRules {
   static E fromArray(const zxArray& array) { return E(type().ordinalFromArray(array)); }
   static zxArray* toArray(const E& value) { return type().nameArrayOf(static_cast<signed char>(value.getIntValue())); }
   static zxArray* noValueArray() { return type().nameArrayOf(kNoOrdinal); }
-  static E fromText(const char* text) { return E(type().ordinalFromText(text)); }
+  // The refusal is raised here rather than below the lookup, so that it unwinds through as few frames
+  // as possible: a refused name is a common answer, and each frame costs the unwinder.
+  static E fromText(const char* text) {
+    if (const std::optional<signed char> ordinal = type().findOrdinal(text)) return E(*ordinal);
+    errorForInvalidEnumValue(text, type().enumType());
+  }
   static std::optional<std::string> toText(const E& value) {
     const char* name = type().nameOf(static_cast<signed char>(value.getIntValue()));
     return name != nullptr ? std::optional<std::string>(name) : std::nullopt;

@@ -2,20 +2,20 @@
 // locale, an exact name before a unique abbreviation.
 #pragma once
 
-#include <array>
 #include <cstddef>
-#include <locale>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "datatype/enums/case_tables.h"
+
 namespace graphics::datatype {
 
-// Holds the names in order of addition and their case-folded forms. The folded forms, and the locale's
-// case mapping and white space for each byte, are taken from the current locale and taken again when
-// the global locale changes, so matching stays exact under any locale while a match costs one pass
-// over the text and the names.
+// Holds the names in order of addition and their case-folded forms. The folded forms follow the
+// global locale (CaseTables): they are folded again when it changes, so matching stays exact under any
+// locale while a match costs one pass over the text and the names.
 class NameMatcher {
  public:
   void add(std::string_view name);
@@ -29,17 +29,14 @@ class NameMatcher {
   std::optional<std::size_t> find(std::string_view text) const;
 
  private:
-  void refold(const std::locale& locale) const;
+  void refold(const CaseTables& tables) const;
 
   std::vector<std::string> names_;
   std::size_t longest_ = 0;
-  // The locale's case mapping and white space for every byte, and the names folded with it.
-  mutable std::array<char, 256> upper_{};
-  mutable std::array<bool, 256> space_{};
+  // The names folded with the tables of generation foldedGeneration_ (0: not folded yet).
   mutable std::vector<std::string> folded_;
   mutable std::string firstFolded_;  // the first folded character of each name, side by side
-  mutable bool folded_valid_ = false;
-  mutable std::locale foldedLocale_{std::locale::classic()};
+  mutable std::uint64_t foldedGeneration_ = 0;
 };
 
 }  // namespace graphics::datatype

@@ -14,14 +14,16 @@ StyleEnumeration::StyleEnumeration(std::span<const StyleEntry> entries)
     : enumeration_(OrbEnumerationType::createIntegerEnumeration()) {
   for (const StyleEntry& entry : entries) {
     enumeration_->addElement(objsys::COSValue::fromWord(entry.value), entry.name, entry.status);
+    names_.add(entry.name);
+    values_.push_back(entry.value);
   }
   validValues_ = validValuesOf(*enumeration_);
 }
 
 std::optional<int> StyleEnumeration::find(std::string_view text) const {
-  const int index = enumeration_->findElement(std::string(text).c_str());
-  if (index < 0) return std::nullopt;
-  return static_cast<int>(enumeration_->elementValue(index, false).word());
+  const std::optional<std::size_t> index = names_.find(text);
+  if (!index) return std::nullopt;
+  return values_[*index];
 }
 
 const char* StyleEnumeration::nameOf(int value) const {

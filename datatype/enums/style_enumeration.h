@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "datatype/enums/name_matcher.h"
 #include "datatype/enums/orb_enumeration_type.h"
 #include "datatype/export.h"
 
@@ -35,6 +36,10 @@ class ORB_EXPORT StyleEnumeration {
 
  private:
   OrbEnumerationType* enumeration_;  // lives as long as the style class, for the process
+  // The same names matched by the same rule, without the class system's interface in the way: the
+  // hot path of every color and alpha text.
+  NameMatcher names_;
+  std::vector<int> values_;
   std::string validValues_;
 };
 

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <utility>
 
 #include "arraylib/zxarray.h"
 #include "arraylib/zxformat.h"
@@ -74,7 +75,8 @@ bool hasFiniteExponent(double value) {
   return (highWord & kExponentBits) != kExponentBits;
 }
 
-bool passes(ScalarRule rule, double value) {
+// Inlined into each row's loop, where the rule is a constant, so that a check costs a comparison.
+[[gnu::always_inline]] inline bool passes(ScalarRule rule, double value) {
   switch (rule) {
     case ScalarRule::finite: return hasFiniteExponent(value);
     case ScalarRule::notNaN: return !std::isnan(value);
@@ -102,6 +104,17 @@ bool passesChecks(std::span<const SlotCheck> checks, double value, boost::except
     return false;
   }
   return true;
+}
+
+// Whether value passes every check of T's row. Each check's rule is a constant here, so accepting a
+// value costs its comparisons and nothing else; finding which check failed is left to isValid.
+template <class T, std::size_t... I>
+bool passesAllOf(double value, std::index_sequence<I...>) {
+  return (passes(ScalarRow<T>::kChecks[I].rule, value) && ...);
+}
+template <class T>
+bool passesAll(double value) {
+  return passesAllOf<T>(value, std::make_index_sequence<std::size(ScalarRow<T>::kChecks)>());
 }
 
 template <class T>
@@ -137,14 +150,19 @@ template <class T>
 
 template <class T>
 ConstrainedScalar<T>::ConstrainedScalar(double value) : value_(value) {
+  if (!passesAll<T>(value)) [[unlikely]] refuse(value);
+}
+
+template <class T>
+void ConstrainedScalar<T>::refuse(double value) {
   if constexpr (ScalarRow<T>::kReportsWithText) {
-    if (T::isValid(value, nullptr)) return;
     ErrorMessage failure;
     T::isValid(value, &failure);
     raiseWithText(failure.id.c_str(), failure.text);
   } else {
     boost::exception_ptr failure;
-    if (!T::isValid(value, failure)) zxReThrowException(failure);
+    T::isValid(value, failure);
+    zxReThrowException(failure);
   }
 }
 

@@ -36,6 +36,9 @@ class ORB_EXPORT ConstrainedScalar {
   bool operator==(const ConstrainedScalar&) const = default;
 
  private:
+  // Raises the error of the first check that value fails.
+  [[noreturn]] static void refuse(double value);
+
   double value_;
 };
 

@@ -585,6 +585,8 @@ double zxGetScalar(const zxArray* array) {
     const bool stored = payload.jc.size() > 1 && payload.jc[1] > 0 && payload.ir[0] == 0;
     return stored ? valueAsDouble(array->classID, payload.real, 0) : 0.0;
   }
+  // Doubles, the common case of every scalar property, skip the dispatch by class.
+  if (array->classID == zxDOUBLE_CLASS) return *static_cast<const double*>(array->payload->real);
   return valueAsDouble(array->classID, array->payload->real, 0);
 }
 

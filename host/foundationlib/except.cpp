@@ -40,8 +40,10 @@ std::string joined(const std::vector<std::string>& parts) {
 
 std::string identifierOf(std::string_view qualifiedName) { return joined(partsOf(qualifiedName)); }
 
-MsgIDExceptionBase::MsgIDExceptionBase(std::string_view qualifiedName, std::vector<std::string> arguments)
-    : parts_(partsOf(qualifiedName)), id_(joined(parts_)), arguments_(std::move(arguments)) {}
+IdentifierText::IdentifierText(std::string_view qualifiedName) : parts(partsOf(qualifiedName)), id(joined(parts)) {}
+
+MsgIDExceptionBase::MsgIDExceptionBase(const IdentifierText& identifier, std::vector<std::string> arguments)
+    : identifier_(&identifier), arguments_(std::move(arguments)) {}
 
 const char* bad_alloc_impl::what() const noexcept { return "Out of memory."; }
 

@@ -56,21 +56,36 @@ class KX_HOST_API IUserException : public IMsgIDException {
 // ':' ("Korvax::orb::datatypes:OutOfMemory" gives "Korvax:orb:datatypes:OutOfMemory").
 KX_HOST_API std::string identifierOf(std::string_view qualifiedName);
 
+// An identifier's parts and their joined text, made from its qualified name, whose components are
+// separated by ':' or "::" ("Korvax::orb::datatypes:OutOfMemory").
+struct KX_HOST_API IdentifierText {
+  explicit IdentifierText(std::string_view qualifiedName);
+  std::vector<std::string> parts;
+  std::string id;
+};
+
+// The identifier's parts and text, made once per identifier and shared by all its exceptions, so that
+// making and copying one copies only its arguments.
+template <class Id>
+const IdentifierText& identifierTextOf() {
+  static const IdentifierText text(Id::qualified_name);
+  return text;
+}
+
 // The identifier's parts, its joined text and the arguments: the state every identifier class shares.
 class KX_HOST_API MsgIDExceptionBase : public IUserException {
  public:
   ~MsgIDExceptionBase() override;
-  const char* get_error_id() const noexcept override { return id_.c_str(); }
+  const char* get_error_id() const noexcept override { return identifier_->id.c_str(); }
   const std::vector<std::string>& get_arguments() const noexcept override { return arguments_; }
-  const std::vector<std::string>& get_parts() const noexcept { return parts_; }
+  const std::vector<std::string>& get_parts() const noexcept { return identifier_->parts; }
 
  protected:
-  // qualifiedName separates components with ':' or "::" ("Korvax::orb::datatypes:OutOfMemory").
-  MsgIDExceptionBase(std::string_view qualifiedName, std::vector<std::string> arguments);
+  // identifier outlives every exception made with it.
+  MsgIDExceptionBase(const IdentifierText& identifier, std::vector<std::string> arguments);
 
  private:
-  std::vector<std::string> parts_;
-  std::string id_;
+  const IdentifierText* identifier_;
   std::vector<std::string> arguments_;
 };
 
@@ -80,11 +95,21 @@ class Exception : public MsgIDExceptionBase, public Base {
  public:
   template <class... Args>
   requires(std::constructible_from<std::string, const Args&>&&...) explicit Exception(const Args&... arguments)
-      : MsgIDExceptionBase(Id::qualified_name, {std::string(arguments)...}) {}
+      : MsgIDExceptionBase(identifierTextOf<Id>(), argumentsOf(arguments...)) {}
 
   const char* what() const noexcept override { return get_error_id(); }
   std::unique_ptr<IMsgIDException> copy() const override { return std::make_unique<Exception>(*this); }
   [[noreturn]] void raise() const override { throw *this; }
+
+ private:
+  // Each argument made once, in place (an initializer list would copy every string again).
+  template <class... Args>
+  static std::vector<std::string> argumentsOf(const Args&... arguments) {
+    std::vector<std::string> made;
+    made.reserve(sizeof...(Args));
+    (made.emplace_back(arguments), ...);
+    return made;
+  }
 };
 
 // A string usable as a template argument, for the explicit-part form of an identifier.

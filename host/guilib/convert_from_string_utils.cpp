@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <optional>
 #include <string_view>
@@ -346,7 +347,21 @@ std::optional<std::array<double, Cols>> tryParseRow(const char* text) noexcept {
 
 }  // namespace
 
-double parse_double_scalar(const char* text) { return parseFixed<1, 1>(text)[0]; }
+double parse_double_scalar(const char* text) {
+  // The common case, one decimal number with white space around it, is read by from_chars directly;
+  // the matrix scanner would read it alike. A sign other than '-', a name (NaN, Inf), a number out of
+  // range and anything else take the scanner's path and its refusals.
+  if (text != nullptr) {
+    const char* const first = skipSpace(text);
+    const char* const digits = *first == '-' ? first + 1 : first;
+    if (isDigit(*digits) || (*digits == '.' && isDigit(digits[1]))) {
+      double value = 0.0;
+      const auto [end, error] = std::from_chars(first, first + std::strlen(first), value);
+      if (error == std::errc() && *skipSpace(end) == '\0') return value;
+    }
+  }
+  return parseFixed<1, 1>(text)[0];
+}
 
 Point2d parse_1x2_double(const char* text) {
   const auto v = parseFixed<1, 2>(text);

@@ -3,6 +3,7 @@
 
 #include <dlfcn.h>
 
+#include <atomic>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -24,12 +25,14 @@ void rememberLoaderError() {
 
 namespace {
 
-// The countdown to the injected failure: 0 is off, 1 fails the next allocation.
+// The countdown to the injected failure: 0 is off, 1 fails the next allocation. Whether any thread
+// has armed one is a plain flag, so that allocations pay for the thread's own countdown only in tests.
 thread_local std::size_t allocationsUntilFailure = 0;
 thread_local bool injectedFailureHappened = false;
+std::atomic<bool> injectionArmed{false};
 
 bool injectFailure() {
-  if (allocationsUntilFailure == 0) return false;
+  if (!injectionArmed.load(std::memory_order_relaxed) || allocationsUntilFailure == 0) return false;
   if (--allocationsUntilFailure != 0) return false;
   injectedFailureHappened = true;
   return true;
@@ -56,6 +59,7 @@ char* utStrdup(const char* text) {
 }
 
 void utFailNthAllocation(std::size_t nth) {
+  if (nth != 0) injectionArmed.store(true, std::memory_order_relaxed);
   allocationsUntilFailure = nth;
   if (nth != 0) injectedFailureHappened = false;
 }
