@@ -35,52 +35,44 @@ objsys::COSValue blockOf(Made&& made) {
 
 template <class Rules>
 objsys::COSValue ArrayConversion<Rules>::to(objsys::COSValue value) const {
-  return withHostOutOfMemory([&] {
-    const auto* held = value.as<const typename Rules::Value>();
-    return objsys::COSValue(held == nullptr ? Rules::noValueArray() : Rules::toArray(*held));
-  });
+  const auto* held = value.as<const typename Rules::Value>();
+  return objsys::COSValue(held == nullptr ? Rules::noValueArray() : Rules::toArray(*held));
 }
 
 template <class Rules>
 objsys::COSValue ArrayConversion<Rules>::from(objsys::COSValue array) const {
   using Value = typename Rules::Value;
-  return withHostOutOfMemory([&] {
-    const auto* given = array.as<const zxArray>();
-    if (given == nullptr) {
-      if constexpr (requires { Rules::fromNoArray(); }) {
-        return newValueBlock<Value>(Rules::fromNoArray());
-      } else {
-        return objsys::COSValue();
-      }
+  const auto* given = array.as<const zxArray>();
+  if (given == nullptr) {
+    if constexpr (requires { Rules::fromNoArray(); }) {
+      return newValueBlock<Value>(Rules::fromNoArray());
+    } else {
+      return objsys::COSValue();
     }
-    return detail::blockOf<Value>(Rules::fromArray(*given));
-  });
+  }
+  return detail::blockOf<Value>(Rules::fromArray(*given));
 }
 
 template <class Rules>
 objsys::COSValue TextConversion<Rules>::to(objsys::COSValue value) const {
-  return withHostOutOfMemory([&] {
-    const auto* held = value.as<const typename Rules::Value>();
-    if (held == nullptr) return objsys::COSValue();
-    const std::optional<std::string> text = Rules::toText(*held);
-    return text ? newTextValue(*text) : objsys::COSValue();
-  });
+  const auto* held = value.as<const typename Rules::Value>();
+  if (held == nullptr) return objsys::COSValue();
+  const std::optional<std::string> text = Rules::toText(*held);
+  return text ? newTextValue(*text) : objsys::COSValue();
 }
 
 template <class Rules>
 objsys::COSValue TextConversion<Rules>::from(objsys::COSValue text) const {
   using Value = typename Rules::Value;
-  return withHostOutOfMemory([&] {
-    const char* given = text.as<const char>();
-    if (given == nullptr) {
-      if constexpr (requires { Rules::fromNoText(); }) {
-        return newValueBlock<Value>(Rules::fromNoText());
-      } else {
-        return objsys::COSValue();
-      }
+  const char* given = text.as<const char>();
+  if (given == nullptr) {
+    if constexpr (requires { Rules::fromNoText(); }) {
+      return newValueBlock<Value>(Rules::fromNoText());
+    } else {
+      return objsys::COSValue();
     }
-    return detail::blockOf<Value>(Rules::fromText(given));
-  });
+  }
+  return detail::blockOf<Value>(Rules::fromText(given));
 }
 
 }  // namespace graphics::datatype

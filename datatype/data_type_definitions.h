@@ -27,13 +27,13 @@ const char* BasicDataType<Derived, Value>::getDataTypeName() {
 template <class Derived, class Value>
 objsys::COSValue BasicDataType<Derived, Value>::copy(objsys::COSValue value) {
   if (value.isEmpty()) return objsys::COSValue();
-  return withHostOutOfMemory([&] { return newValueBlock<Value>(*value.as<const Value>()); });
+  return newValueBlock<Value>(*value.as<const Value>());
 }
 
 template <class Derived, class Value>
 objsys::COSValue BasicDataType<Derived, Value>::getDefaultValue() const {
   static objsys::COSValue cached;
-  if (cached.isEmpty()) cached = withHostOutOfMemory([] { return newValueBlock<Value>(Derived::makeDefaultValue()); });
+  if (cached.isEmpty()) cached = newValueBlock<Value>(Derived::makeDefaultValue());
   return cached;
 }
 

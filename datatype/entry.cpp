@@ -1,10 +1,12 @@
 // The library's entry points: start, stop, the loader's function table and standalone shutdown.
 #include <cstdint>
+#include <new>
 
 #include "datatype/builtin_string_conversions.h"
 #include "datatype/library.h"
 #include "datatype/references/object_reference_conversion.h"
 #include "datatype/registration.h"
+#include "foundationlib/except.h"
 #include "graphicsutillib/graphics_context.h"
 #include "guilib/registrar.h"
 #include "utillib/ut.h"
@@ -30,6 +32,9 @@ const char* const orbdatatypes_build_date = __DATE__;
 
 void KXInitialize_orbdatatypes(const char* libraryToLoad) {
   using namespace graphics::datatype;
+  // Allocations made by the C++ library on the library's behalf (strings, lists) fail as its own do,
+  // with the foundation library's bad_alloc. A host that keeps a new-handler of its own keeps it.
+  if (std::get_new_handler() == nullptr) std::set_new_handler(&fl::except::throwBadAlloc);
   if (startCount == 0) registerObjectReferenceConversion();
   ++startCount;
   if (registrationPending) {

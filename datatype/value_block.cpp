@@ -18,14 +18,4 @@ void* allocateValueBlock(std::size_t size) {
   return block;
 }
 
-void raiseOutOfMemory() {
-  try {
-    throw;
-  } catch (const fl::except::bad_alloc_impl&) {
-    throw;
-  } catch (const std::bad_alloc&) {
-    throw fl::except::bad_alloc();
-  }
-}
-
 }  // namespace graphics::datatype

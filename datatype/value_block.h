@@ -20,21 +20,6 @@ ORB_EXPORT void* allocateValueBlock(std::size_t size);
 // Raises the foundation library's bad_alloc for a value block that could not be had.
 [[noreturn]] ORB_EXPORT void raiseOutOfMemoryForBlock();
 
-// Inside a catch block for std::bad_alloc: raises the foundation library's bad_alloc in its place (or
-// again, when it is that one already), so that every failed allocation reaches the host alike.
-[[noreturn]] ORB_EXPORT void raiseOutOfMemory();
-
-// Runs make; a std::bad_alloc raised by any allocation below it, the C++ runtime's included, leaves as
-// the foundation library's bad_alloc.
-template <class Make>
-decltype(auto) withHostOutOfMemory(Make&& make) {
-  try {
-    return make();
-  } catch (const std::bad_alloc&) {
-    raiseOutOfMemory();
-  }
-}
-
 // A new block holding T constructed from arguments. If the constructor raises, the block is released
 // and nothing is returned.
 template <class T, class... Args>

@@ -52,7 +52,7 @@ struct CallbackRules {
 
 objsys::COSValue CallbackDataType::copy(objsys::COSValue value) {
   const auto* callback = value.as<const MCallback>();
-  return withHostOutOfMemory([&] { return objsys::COSValue(callback != nullptr ? callback->clone() : nullptr); });
+  return objsys::COSValue(callback != nullptr ? callback->clone() : nullptr);
 }
 
 void CallbackDataType::destroy(objsys::COSValue value) const { delete value.as<MCallback>(); }

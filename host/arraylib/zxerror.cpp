@@ -69,6 +69,12 @@ void zxReThrowException(const boost::exception_ptr& caught) {
   } catch (const fl::except::IUserException& error) {
     matrix::detail::do_legacy_zx_error(error);
     throw;
+  } catch (const fl::except::bad_alloc_impl&) {
+    throw;
+  } catch (const std::bad_alloc&) {
+    // A slot that could not be given its error (cloning it ran out of memory) holds the C++ runtime's
+    // out-of-memory error; the host's is raised in its place.
+    throw fl::except::bad_alloc();
   }
 }
 

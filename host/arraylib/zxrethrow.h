@@ -5,6 +5,6 @@
 
 #include "arraylib/zxerror.h"
 
-// Re-raises a caught exception: message-identifier errors become host errors inside a frame;
-// anything else is rethrown as it is.
+// Re-raises a caught exception: message-identifier errors become host errors inside a frame; running
+// out of memory is the foundation library's bad_alloc; anything else is rethrown as it is.
 [[noreturn]] void zxReThrowException(const boost::exception_ptr& caught);

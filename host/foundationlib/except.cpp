@@ -51,6 +51,8 @@ boost::exception_detail::clone_impl<bad_alloc_impl> bad_alloc() {
   return boost::enable_current_exception(bad_alloc_impl());
 }
 
+void throwBadAlloc() { throw bad_alloc(); }
+
 }  // namespace fl::except
 
 template class boost::exception_detail::clone_impl<fl::except::bad_alloc_impl>;

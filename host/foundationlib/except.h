@@ -152,6 +152,9 @@ class KX_HOST_API bad_alloc_impl : public std::bad_alloc, public boost::exceptio
   const char* what() const noexcept override;
 };
 boost::exception_detail::clone_impl<bad_alloc_impl> bad_alloc();
+// A new-handler (std::set_new_handler) under which every failed operator new raises bad_alloc() above,
+// so that running out of memory reads the same whichever allocation ran out.
+[[noreturn]] KX_HOST_API void throwBadAlloc();
 
 }  // namespace fl::except
 

@@ -7,6 +7,7 @@
 
 #include "arraylib/zxerror.h"
 #include "arraylib/zxformat.h"
+#include "foundationlib/except.h"
 #include "utillib/ut.h"
 
 namespace gui_objects {
@@ -162,7 +163,7 @@ void MCallback::execute(const zxArray* source, const zxArray* event) const {
 
 void* MCallback::operator new(std::size_t size) {
   void* block = utCalloc(1, size);
-  if (block == nullptr) throw std::bad_alloc();
+  if (block == nullptr) throw fl::except::bad_alloc();
   return block;
 }
 

@@ -8,6 +8,7 @@
 
 #include "arraylib/zxarray.h"
 #include "arraylib/zxformat.h"
+#include "foundationlib/except.h"
 #include "objsys/cos_type_conversion.h"
 #include "objsys/object_arrays.h"
 #include "utillib/ut.h"
@@ -43,7 +44,7 @@ class AnyToTextConversion : public COSTypeConversion {
     if (array.isEmpty()) return COSValue();
     const std::string text = zx::canonicalText(array.as<const zxArray>());
     char* copy = utStrdup(text.c_str());
-    if (copy == nullptr) throw std::bad_alloc();
+    if (copy == nullptr) throw fl::except::bad_alloc();
     return COSValue(copy);
   }
 };
@@ -106,7 +107,7 @@ DoubleDataType* DoubleDataType::instance() {
 
 COSValue DoubleDataType::makeValue(double number) {
   auto* block = static_cast<double*>(utCalloc(1, sizeof(double)));
-  if (block == nullptr) throw std::bad_alloc();
+  if (block == nullptr) throw fl::except::bad_alloc();
   *block = number;
   return COSValue(block);
 }

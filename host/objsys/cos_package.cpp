@@ -3,6 +3,7 @@
 
 #include <unordered_map>
 
+#include "foundationlib/except.h"
 #include "objsys/cos_type_conversion.h"
 #include "utillib/ut.h"
 
@@ -31,7 +32,7 @@ const char* COSPackageInfo::getHelpText() const { return ""; }
 
 void* COSPackageInfo::operator new(std::size_t size) {
   void* block = utCalloc(1, size);
-  if (block == nullptr) throw std::bad_alloc();
+  if (block == nullptr) throw fl::except::bad_alloc();
   return block;
 }
 

@@ -8,16 +8,25 @@
 
 namespace {
 
+// As the C++ runtime's operator new does: on failure the new-handler runs (it may raise an error of
+// its own, or make memory and have the allocation tried again); without one, std::bad_alloc.
+template <class Allocate>
+void* allocateOrHandle(Allocate allocate) {
+  for (;;) {
+    if (void* block = allocate()) return block;
+    const std::new_handler handler = std::get_new_handler();
+    if (handler == nullptr) throw std::bad_alloc();
+    handler();
+  }
+}
+
 void* allocate(std::size_t bytes) {
-  void* block = utMalloc(bytes == 0 ? 1 : bytes);
-  if (block == nullptr) throw std::bad_alloc();
-  return block;
+  return allocateOrHandle([bytes] { return utMalloc(bytes == 0 ? 1 : bytes); });
 }
 
 void* allocateAligned(std::size_t bytes, std::align_val_t alignment) {
-  void* block = utAlignedMalloc(static_cast<std::size_t>(alignment), bytes == 0 ? 1 : bytes);
-  if (block == nullptr) throw std::bad_alloc();
-  return block;
+  return allocateOrHandle(
+      [&] { return utAlignedMalloc(static_cast<std::size_t>(alignment), bytes == 0 ? 1 : bytes); });
 }
 
 }  // namespace

@@ -29,10 +29,8 @@ namespace {
 // has armed one is a plain flag, so that allocations pay for the thread's own countdown only in tests.
 thread_local std::size_t allocationsUntilFailure = 0;
 thread_local bool injectedFailureHappened = false;
-std::atomic<bool> injectionArmed{false};
-
 bool injectFailure() {
-  if (!injectionArmed.load(std::memory_order_relaxed) || allocationsUntilFailure == 0) return false;
+  if (!ut::detail::failureInjectionUsed.load(std::memory_order_relaxed) || allocationsUntilFailure == 0) return false;
   if (--allocationsUntilFailure != 0) return false;
   injectedFailureHappened = true;
   return true;
@@ -40,7 +38,10 @@ bool injectFailure() {
 
 }  // namespace
 
-void* utMalloc(std::size_t bytes) { return injectFailure() ? nullptr : std::malloc(bytes); }
+namespace ut::detail {
+std::atomic<bool> failureInjectionUsed{false};
+void* countedMalloc(std::size_t bytes) { return injectFailure() ? nullptr : std::malloc(bytes); }
+}  // namespace ut::detail
 
 void* utCalloc(std::size_t count, std::size_t size) { return injectFailure() ? nullptr : std::calloc(count, size); }
 
@@ -51,7 +52,6 @@ void* utAlignedMalloc(std::size_t alignment, std::size_t bytes) {
   return posix_memalign(&block, alignment, bytes) == 0 ? block : nullptr;
 }
 
-void utFree(void* block) { std::free(block); }
 
 char* utStrdup(const char* text) {
   if (text == nullptr) return nullptr;
@@ -59,7 +59,7 @@ char* utStrdup(const char* text) {
 }
 
 void utFailNthAllocation(std::size_t nth) {
-  if (nth != 0) injectionArmed.store(true, std::memory_order_relaxed);
+  if (nth != 0) ut::detail::failureInjectionUsed.store(true, std::memory_order_relaxed);
   allocationsUntilFailure = nth;
   if (nth != 0) injectedFailureHappened = false;
 }

@@ -1,16 +1,29 @@
 // The host's utility library: C-heap allocation, printing, library loading and the interrupt flag.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
+#include <cstdlib>
 #include <functional>
 #include <string_view>
 
+namespace ut::detail {
+// Whether a failure has ever been injected (utFailNthAllocation); until then every allocation is the
+// C heap's own, without a call into this library.
+extern std::atomic<bool> failureInjectionUsed;
+void* countedMalloc(std::size_t bytes);
+}  // namespace ut::detail
+
 // Allocation on the C heap. utFree accepts any C-heap block (malloc, calloc, strdup) and null.
-void* utMalloc(std::size_t bytes);
+// utMalloc and utFree are inline: they sit under every value the library makes.
+inline void* utMalloc(std::size_t bytes) {
+  if (ut::detail::failureInjectionUsed.load(std::memory_order_relaxed)) return ut::detail::countedMalloc(bytes);
+  return std::malloc(bytes);
+}
 void* utCalloc(std::size_t count, std::size_t size);
 // A block aligned to alignment (a power of two), released with utFree; null when it cannot be had.
 void* utAlignedMalloc(std::size_t alignment, std::size_t bytes);
-void utFree(void* block);
+inline void utFree(void* block) { std::free(block); }
 // A C-heap copy of a NUL-terminated string, released with utFree; null for a null argument.
 char* utStrdup(const char* text);
 
