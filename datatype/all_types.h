@@ -13,6 +13,7 @@
 #include "datatype/geometry/matrix4x4.h"
 #include "datatype/references/callback.h"
 #include "datatype/references/handle_or_empty.h"
+#include "datatype/references/java_peer.h"
 #include "datatype/scalars/constrained_scalars.h"
 #include "datatype/scalars/ranged_scalar.h"
 #include "datatype/styles/n_line_styles.h"

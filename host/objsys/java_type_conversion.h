@@ -17,6 +17,8 @@ class KX_HOST_API JavaTypeConversion {
   virtual jobject toJava(COSValue value) const = 0;
   // A new value for the Java object; the caller owns it.
   virtual COSValue fromJava(jobject object) const = 0;
+  // The Java class of the values made, for people ("korvax.graphics.types.OrbDouble").
+  virtual const char* javaClassName() const = 0;
 
   // The registry keeps what it is handed for the life of the process.
   static void addConversion(const COSNameID& type, JavaTypeConversion* conversion);

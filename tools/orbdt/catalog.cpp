@@ -116,6 +116,7 @@ void writeType(const HostSession& host, const std::string& fullName, std::ostrea
     if (about["defaultText"].is_string()) out << ", text " << code(about["defaultText"].get<std::string>());
     out << "\n";
   }
+  if (about["javaPeer"].is_string()) out << "- Java form: " << about["javaPeer"].get<std::string>() << "\n";
   if (about["possibleValues"].is_array()) {
     out << "- Possible values:";
     for (const json& name : about["possibleValues"]) out << " " << code(name.get<std::string>());

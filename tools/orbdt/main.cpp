@@ -25,6 +25,7 @@ const std::string kUsage =
     "       orbdt set TYPE VALUE [--json]\n"
     "       orbdt parse TYPE TEXT [--json]\n"
     "       orbdt equal TYPE VALUE1 VALUE2 [--json]\n"
+    "       orbdt java TYPE VALUE [--json]  (the value to its Java form and back)\n"
     "       orbdt batch\n"
     "       orbdt run FILE     (a session script: f = figure, l = line(Parent=f), l.Color = 'r', ...)\n"
     "       orbdt repl         (the same lines, typed)\n"
@@ -48,6 +49,7 @@ nlohmann::json requestOf(const std::vector<std::string>& words) {
   if (command == "describe" && n == 2) return {{"op", "describe"}, {"type", words[1]}};
   if (command == "set" && n == 3) return {{"op", "set"}, {"type", words[1]}, {"value", words[2]}};
   if (command == "parse" && n == 3) return {{"op", "parse"}, {"type", words[1]}, {"text", words[2]}};
+  if (command == "java" && n == 3) return {{"op", "java"}, {"type", words[1]}, {"value", words[2]}};
   if (command == "equal" && n == 4) return {{"op", "equal"}, {"type", words[1]}, {"a", words[2]}, {"b", words[3]}};
   return nullptr;
 }

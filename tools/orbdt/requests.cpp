@@ -14,6 +14,8 @@
 #include "cmdlanglib/literal.h"
 #include "cmdlanglib/utf8.h"
 #include "foundationlib/except.h"
+#include "javabridgelib/java_bridge.h"
+#include "objsys/java_type_conversion.h"
 #include "orbdt/hints.h"
 #include "orbdt/json_array.h"
 #include "orbdt/response_size.h"
@@ -371,6 +373,8 @@ Response runDescribe(const HostSession& host, const json& request, cmdlang::Byte
   out["possibleValuesFinite"] = type.isPossibleValuesFinite();
   out["possibleValues"] = nullptr;
   if (type.isPossibleValuesFinite()) out["possibleValues"] = possibleNames(handle);
+  const objsys::JavaTypeConversion* java = objsys::JavaTypeConversion::getConversion(objsys::COSNameID(handle.fullName.c_str()));
+  out["javaPeer"] = java != nullptr ? json(java->javaClassName()) : json(nullptr);
   std::string& text = response.text;
   text += "type:             " + handle.fullName + "\n";
   text += "name:             " + out["name"].get<std::string>() + "\n";
@@ -382,10 +386,49 @@ Response runDescribe(const HostSession& host, const json& request, cmdlang::Byte
           std::to_string(type.getValueSizeInBytes(COSValue())) + " bytes\n";
   text += "default:          " + defaultLiteral + "\n";
   text += "default text:     " + defaultText + "\n";
+  text += "java form:        " + (java != nullptr ? std::string(java->javaClassName()) : "(none)") + "\n";
   if (out["possibleValues"].is_array()) {
     text += "possible values:";
     for (const json& name : out["possibleValues"]) text += " '" + name.get<std::string>() + "'";
     text += "\n";
+  }
+  return response;
+}
+
+// The value through the type's Java conversion to its Java form and back: the Java class, the Java
+// object's own text, and the value it makes again (with whether it equals the first).
+Response runJava(const HostSession& host, const json& request, cmdlang::ByteBudget& budget, Form form) {
+  const TypeHandle handle = host.resolve(requireString(request, "type"));
+  if (!request.contains("value")) throw UsageError("orbdt:BadRequest", "member \"value\" is missing");
+  const objsys::JavaTypeConversion* java = objsys::JavaTypeConversion::getConversion(objsys::COSNameID(handle.fullName.c_str()));
+  if (java == nullptr) throw UsageError("orbdt:BadRequest", handle.fullName + " has no Java conversion");
+  const Converted converted = valueFromArray(handle, request["value"], budget);
+  if (converted.refusal) return refused(host, handle, *converted.refusal, converted.name);
+  const HeldValue held(handle.type, converted.value);
+  std::string javaClass;
+  std::string javaText;
+  COSValue back;
+  const auto refusal = guarded([&] {
+    JNIEnv* env = GetJNIEnv();
+    const JavaLocalFrame frame(env);
+    jobject object = java->toJava(converted.value);
+    javaClass = kxjClassName(env, object);
+    javaText = kxjToString(env, object);
+    back = java->fromJava(object);
+  });
+  if (refusal) return refused(host, handle, *refusal, std::nullopt);
+  const HeldValue heldBack(handle.type, back);
+  bool equal = false;
+  if (auto compared = guarded([&] { equal = handle.type->isEqual(converted.value, back); })) {
+    return refused(host, handle, *compared, std::nullopt);
+  }
+  Response response = stored(handle, back, budget, form);
+  response.json["javaClass"] = javaClass;
+  response.json["javaText"] = javaText;
+  response.json["equal"] = equal;
+  if (form == Form::Text) {
+    response.text = "java class: " + javaClass + "\njava text:  " + cmdlang::utf8Shortened(javaText, kMaxMessageBytes) +
+                    "\nread back:\n" + response.text + "equal:      " + (equal ? "true" : "false") + "\n";
   }
   return response;
 }
@@ -405,6 +448,7 @@ Response dispatch(const HostSession& host, const json& request, cmdlang::ByteBud
   if (op == "equal") return runEqual(host, request, budget);
   if (op == "describe") return runDescribe(host, request, budget, form);
   if (op == "types") return runTypes(host);
+  if (op == "java") return runJava(host, request, budget, form);
   if (std::optional<Response> objects = runObjectRequest(request, budget)) return std::move(*objects);
   throw UsageError("orbdt:BadRequest", "unknown op \"" + cmdlang::utf8Shortened(op, 64) + "\"");
 }

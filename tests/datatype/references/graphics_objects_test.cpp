@@ -60,9 +60,11 @@ TEST_F(GraphicsObjects, EveryRegisteredTypeKeepsItsValueOnAnObjectWhenABadOneIsR
     objsys::COSDataType& type = line->propertyType(property);
     const COSValue held = line->propertyValue(property);
     const COSValue before = type.copy(held);
+    // A Java peer takes every array with a Java form (a struct is a Map); a complex number has none.
+    const char* bad = typeName == "JavaPeer" ? "complex(1, 2)" : "struct('bad', 1)";
     try {
-      set(line, property.c_str(), "struct('bad', 1)");
-      ADD_FAILURE() << "a struct was stored";
+      set(line, property.c_str(), bad);
+      ADD_FAILURE() << bad << " was stored";
     } catch (const fl::except::IMsgIDException& error) {
       EXPECT_TRUE(fl::i18n::MessageCatalog::instance().find(error.get_error_id()).has_value() ||
                   std::string(error.get_error_id()).rfind("Korvax:", 0) == 0)
