@@ -48,12 +48,16 @@ function(orb_host_library name)
           FILES_MATCHING PATTERN "*.h" PATTERN "*.def")
 endfunction()
 
-# orb_test(NAME SOURCES ... DEPENDS ...): one GoogleTest program, registered with CTest.
+# orb_test(NAME SOURCES ... DEPENDS ... [LABELS ...]): one GoogleTest program, registered with CTest.
 function(orb_test name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS;LABELS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} GTest::gtest GTest::gmock GTest::gtest_main orb_settings)
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST)
+  if(ARG_LABELS)
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES LABELS "${ARG_LABELS}")
+  else()
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST)
+  endif()
 endfunction()
 
 # orb_benchmark(NAME SOURCES ... DEPENDS ...): one Google Benchmark program.

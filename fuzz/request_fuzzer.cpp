@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "fuzz_support.h"
+#include "javabridgelib/java_bridge.h"
 #include "orbdt/host_session.h"
 #include "orbdt/requests.h"
 #include "utillib/ut.h"
@@ -23,6 +24,8 @@ constexpr int kMaxLines = 16;
 const orbdt::HostSession& session() {
   static ut::PrintCapture quiet([](std::string_view) {});
   static const std::unique_ptr<orbdt::HostSession> host = [] {
+    // Java peers and "java" requests would start a Java machine inside the fuzzer; they refuse instead.
+    kxjDisableJavaStartup();
     const char* named = std::getenv("ORBDT_LIBRARY");
     return std::make_unique<orbdt::HostSession>(
         orbdt::LibraryLocation{named != nullptr && *named != '\0' ? named : ORBDATATYPES_PATH, "the fuzzer"});

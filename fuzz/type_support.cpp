@@ -13,6 +13,7 @@
 #include "foundationlib/i18n/catalog.h"
 #include "fuzz_support.h"
 #include "guilib/auto_ptr.h"
+#include "javabridgelib/java_bridge.h"
 #include "objsys/builtin_types.h"
 #include "utillib/ut.h"
 
@@ -28,6 +29,8 @@ std::vector<FuzzType> startLibrary() {
   // The library's warnings and messages would only slow the fuzzer down.
   static ut::PrintCapture quiet([](std::string_view) {});
   objsys::registerBuiltinTypes();
+  // A Java peer would start a Java machine inside the fuzzer; here its conversions refuse instead.
+  kxjDisableJavaStartup();
   KXInitialize_orbdatatypes(nullptr);
   std::vector<FuzzType> types;
   for (const TypeRow& row : kEveryType) {

@@ -180,7 +180,9 @@ jobject PeerJavaConversion::toJava(objsys::COSValue value) const {
 }
 
 objsys::COSValue PeerJavaConversion::fromJava(jobject object) const {
-  if (object == nullptr) {
+  // A property shown as a number or a point has no "nothing" to be set to; other types read null as the
+  // empty array, as their own empty values cross.
+  if (object == nullptr && peer_ != nullptr && peer_->arguments != PeerArguments::Object) {
     const char* shortName = std::strrchr(typeName_, '.') + 1;
     raiseWithText<Korvax::class_::KorvaxConversionError>(std::string("Invalid value for ") + shortName +
                                                           " type: NULL");
@@ -188,7 +190,7 @@ objsys::COSValue PeerJavaConversion::fromJava(jobject object) const {
   JNIEnv* env = GetJNIEnv();
   JavaLocalFrame frame(env);
   ArrayHolder array(nullptr, &zxDestroyArray);
-  jclass peerClass = peer_ != nullptr ? kxjFindClass(env, peer_->jniName().c_str()) : nullptr;
+  jclass peerClass = peer_ != nullptr && object != nullptr ? kxjFindClass(env, peer_->jniName().c_str()) : nullptr;
   if (peerClass != nullptr && env->IsInstanceOf(object, peerClass)) {
     array.reset(arrayOfPeer(env, *peer_, object));
   } else {

@@ -20,8 +20,8 @@ class ORB_EXPORT PeerJavaConversion final : public objsys::JavaTypeConversion {
   explicit PeerJavaConversion(const char* typeName);
   // The Java form of the value's array form (its TMC's reading); null for no value.
   jobject toJava(objsys::COSValue value) const override;
-  // A new value from the Java object through the type's TMC, with the type's own refusals. A null object
-  // is refused: "Invalid value for T type: NULL".
+  // A new value from the Java object through the type's TMC, with the type's own refusals. A type with a
+  // numeric peer refuses a null object ("Invalid value for T type: NULL"); any other reads it as [].
   objsys::COSValue fromJava(jobject object) const override;
   const char* javaClassName() const override;
 

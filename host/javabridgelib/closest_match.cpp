@@ -124,11 +124,6 @@ jobject primitiveToJava(JNIEnv* env, const zxArray* array) {
   const auto* data = static_cast<const Source*>(zxGetData(array));
   const auto element = [&](zxSize index) {
     const Source value = data[index];
-    if constexpr (std::is_same_v<Source, std::uint64_t>) {
-      if (value > static_cast<std::uint64_t>(std::numeric_limits<jlong>::max())) {
-        refuseToJava("a uint64 value exceeds Java's long");
-      }
-    }
     return static_cast<J>(value);
   };
   const auto one = [&](zxSize index) {
@@ -149,6 +144,11 @@ jobject primitiveToJava(JNIEnv* env, const zxArray* array) {
     return static_cast<jobject>(made);
   };
   return byShape(env, array, std::string("[") + P::kCode, one, innermost);
+}
+
+// Java has no unsigned classes: the widened values travel with the width they come back to.
+jobject unsignedToJava(JNIEnv* env, jint bits, jobject values) {
+  return kxjNewObject(env, typesClass("OrbUnsigned").c_str(), "(ILjava/lang/Object;)V", bits, values);
 }
 
 jobject stringOf(JNIEnv* env, const zxChar* units, zxSize count) {
@@ -221,9 +221,53 @@ jobject objectToJava(JNIEnv* env, const zxArray* array, zxSize index) {
   return kxjNewObject(env, typesClass("OrbHandle").c_str(), "(D)V", *handle);
 }
 
+// Whether nested Java arrays give the dimensions back: not when a dimension of 0 comes before one that
+// is not (an array of no rows keeps no row length). A 1-by-N row is one Java array and always does.
+bool nestingKeepsShape(const zxArray* array) {
+  const zxSize count = zxGetNumberOfDimensions(array);
+  const zxSize* dims = zxGetDimensions(array);
+  if (count == 2 && dims[0] == 1) return true;
+  for (zxSize k = 0; k + 1 < count; ++k) {
+    if (dims[k] == 0) {
+      for (zxSize j = k + 1; j < count; ++j) {
+        if (dims[j] != 0) return false;
+      }
+    }
+  }
+  return true;
+}
+
+// The classes of empty arrays that OrbEmpty carries, by the names the array library gives them.
+struct EmptyClass {
+  zxClassID id;
+  const char* name;
+};
+constexpr EmptyClass kEmptyClasses[] = {
+    {zxDOUBLE_CLASS, "double"}, {zxSINGLE_CLASS, "single"}, {zxINT8_CLASS, "int8"},     {zxUINT8_CLASS, "uint8"},
+    {zxINT16_CLASS, "int16"},   {zxUINT16_CLASS, "uint16"}, {zxINT32_CLASS, "int32"},   {zxUINT32_CLASS, "uint32"},
+    {zxINT64_CLASS, "int64"},   {zxUINT64_CLASS, "uint64"}, {zxLOGICAL_CLASS, "logical"}, {zxCHAR_CLASS, "char"},
+    {zxCELL_CLASS, "cell"}};
+
+jobject emptyToJava(JNIEnv* env, const zxArray* array, const char* name) {
+  const zxSize count = zxGetNumberOfDimensions(array);
+  std::vector<jint> dims(count);
+  for (zxSize k = 0; k < count; ++k) dims[k] = javaLength(zxGetDimensions(array)[k]);
+  jintArray javaDims = env->NewIntArray(static_cast<jsize>(count));
+  if (javaDims == nullptr) kxjRaisePendingException(env);
+  env->SetIntArrayRegion(javaDims, 0, static_cast<jsize>(count), dims.data());
+  jstring className = env->NewStringUTF(name);
+  if (className == nullptr) kxjRaisePendingException(env);
+  return kxjNewObject(env, typesClass("OrbEmpty").c_str(), "(Ljava/lang/String;[I)V", className, javaDims);
+}
+
 jobject toJava(JNIEnv* env, const zxArray* array) {
   if (array == nullptr) return nullptr;
   if (zxIsComplex(array)) refuseToJava("complex arrays have no Java form");
+  if (zxIsEmpty(array) && !nestingKeepsShape(array)) {
+    for (const EmptyClass& carried : kEmptyClasses) {
+      if (zxGetClassID(array) == carried.id) return emptyToJava(env, array, carried.name);
+    }
+  }
   if (zxIsSparse(array)) {
     const ArrayHolder full = hold(zxMustBeFull(array));
     return toJava(env, full.get());
@@ -234,13 +278,13 @@ jobject toJava(JNIEnv* env, const zxArray* array) {
       return primitiveToJava<double, jdouble>(env, array);
     case zxSINGLE_CLASS: return primitiveToJava<float, jfloat>(env, array);
     case zxINT8_CLASS: return primitiveToJava<std::int8_t, jbyte>(env, array);
-    case zxUINT8_CLASS: return primitiveToJava<std::uint8_t, jshort>(env, array);
+    case zxUINT8_CLASS: return unsignedToJava(env, 8, primitiveToJava<std::uint8_t, jshort>(env, array));
     case zxINT16_CLASS: return primitiveToJava<std::int16_t, jshort>(env, array);
-    case zxUINT16_CLASS: return primitiveToJava<std::uint16_t, jint>(env, array);
+    case zxUINT16_CLASS: return unsignedToJava(env, 16, primitiveToJava<std::uint16_t, jint>(env, array));
     case zxINT32_CLASS: return primitiveToJava<std::int32_t, jint>(env, array);
-    case zxUINT32_CLASS: return primitiveToJava<std::uint32_t, jlong>(env, array);
+    case zxUINT32_CLASS: return unsignedToJava(env, 32, primitiveToJava<std::uint32_t, jlong>(env, array));
     case zxINT64_CLASS: return primitiveToJava<std::int64_t, jlong>(env, array);
-    case zxUINT64_CLASS: return primitiveToJava<std::uint64_t, jlong>(env, array);
+    case zxUINT64_CLASS: return unsignedToJava(env, 64, primitiveToJava<std::uint64_t, jlong>(env, array));
     case zxLOGICAL_CLASS: return primitiveToJava<zxLogical, jboolean>(env, array);
     case zxCHAR_CLASS: return charToJava(env, array);
     case zxCELL_CLASS:
@@ -401,6 +445,72 @@ double readDouble(JNIEnv* env, jobject object, const char* method) {
   return value;
 }
 
+template <class Unsigned, class Signed>
+void narrowToUnsigned(const zxArray* widened, zxArray* made) {
+  const auto* from = static_cast<const Signed*>(zxGetData(widened));
+  auto* to = static_cast<Unsigned*>(zxGetWritableData(made));
+  for (zxSize i = 0; i < zxGetNumberOfElements(widened); ++i) to[i] = static_cast<Unsigned>(from[i]);
+}
+
+zxArray* unsignedFromJava(JNIEnv* env, jobject object) {
+  jclass type = env->GetObjectClass(object);
+  const jint bits = env->CallIntMethod(object, env->GetMethodID(type, "getBits", "()I"));
+  jobject values = env->CallObjectMethod(object, env->GetMethodID(type, "getValues", "()Ljava/lang/Object;"));
+  kxjRaisePendingException(env);
+  const ArrayHolder widened = hold(fromJava(env, values));
+  struct Width {
+    jint bits;
+    zxClassID widenedClass;
+    zxClassID unsignedClass;
+    void (*narrow)(const zxArray*, zxArray*);
+  };
+  static constexpr Width kWidths[] = {
+      {8, zxINT16_CLASS, zxUINT8_CLASS, &narrowToUnsigned<std::uint8_t, std::int16_t>},
+      {16, zxINT32_CLASS, zxUINT16_CLASS, &narrowToUnsigned<std::uint16_t, std::int32_t>},
+      {32, zxINT64_CLASS, zxUINT32_CLASS, &narrowToUnsigned<std::uint32_t, std::int64_t>},
+      {64, zxINT64_CLASS, zxUINT64_CLASS, &narrowToUnsigned<std::uint64_t, std::int64_t>},
+  };
+  for (const Width& width : kWidths) {
+    if (width.bits != bits) continue;
+    if (zxGetClassID(widened.get()) != width.widenedClass) refuseFromJava("OrbUnsigned values of the wrong type");
+    ArrayHolder made = hold(zxCreateNumericArray(zxGetNumberOfDimensions(widened.get()), zxGetDimensions(widened.get()),
+                                                 width.unsignedClass, zxREAL));
+    width.narrow(widened.get(), made.get());
+    return made.release();
+  }
+  refuseFromJava("OrbUnsigned of " + std::to_string(bits) + " bits");
+}
+
+zxArray* emptyFromJava(JNIEnv* env, jobject object) {
+  jclass type = env->GetObjectClass(object);
+  auto className = static_cast<jstring>(
+      env->CallObjectMethod(object, env->GetMethodID(type, "getClassName", "()Ljava/lang/String;")));
+  auto javaDims = static_cast<jintArray>(env->CallObjectMethod(object, env->GetMethodID(type, "getDimensions", "()[I")));
+  kxjRaisePendingException(env);
+  const std::string name = kxjUtf8(env, className);
+  const jsize count = javaDims != nullptr ? env->GetArrayLength(javaDims) : 0;
+  std::vector<jint> values(static_cast<std::size_t>(count));
+  if (count > 0) env->GetIntArrayRegion(javaDims, 0, count, values.data());
+  std::vector<zxSize> dims;
+  bool empty = false;
+  for (jint d : values) {
+    if (d < 0) refuseFromJava("OrbEmpty with a negative dimension");
+    empty = empty || d == 0;
+    dims.push_back(static_cast<zxSize>(d));
+  }
+  if (dims.size() < 2 || !empty) refuseFromJava("OrbEmpty of a shape that is not empty");
+  for (const EmptyClass& carried : kEmptyClasses) {
+    if (name != carried.name) continue;
+    switch (carried.id) {
+      case zxCELL_CLASS: return zxCreateCellArray(dims.size(), dims.data());
+      case zxCHAR_CLASS: return zxCreateCharArray(dims.size(), dims.data());
+      case zxLOGICAL_CLASS: return zxCreateLogicalArray(dims.size(), dims.data());
+      default: return zxCreateNumericArray(dims.size(), dims.data(), carried.id, zxREAL);
+    }
+  }
+  refuseFromJava("OrbEmpty of class " + name);
+}
+
 zxArray* fromJava(JNIEnv* env, jobject object) {
   if (object == nullptr) return zxCreateDoubleMatrix(0, 0, zxREAL);
   JavaLocalFrame frame(env);
@@ -440,6 +550,8 @@ zxArray* fromJava(JNIEnv* env, jobject object) {
     if (!found) refuseFromJava("the handle " + std::to_string(handle) + " names no object");
     return objsys::omCreateOBJSYSScalar(found.get());
   }
+  if (name == "korvax.graphics.types.OrbUnsigned") return unsignedFromJava(env, object);
+  if (name == "korvax.graphics.types.OrbEmpty") return emptyFromJava(env, object);
   if (name == "korvax.graphics.types.OrbFunctionHandle") {
     jclass type = env->GetObjectClass(object);
     jmethodID getName = env->GetMethodID(type, "getName", "()Ljava/lang/String;");
@@ -473,7 +585,12 @@ class ClosestMatchConversion final : public objsys::JavaTypeConversion {
 }  // namespace
 
 jobject javaConvertKorvaxToClosestJavaObject(const zxArray* array) {
-  if (array == nullptr) return nullptr;
+  // Answers that need no Java object are given without the machine, which may not be running yet.
+  if (array == nullptr || (zxIsDouble(array) && !zxIsComplex(array) && zxGetNumberOfDimensions(array) == 2 &&
+                           zxGetM(array) == 0 && zxGetN(array) == 0)) {
+    return nullptr;
+  }
+  if (zxIsComplex(array)) refuseToJava("complex arrays have no Java form");
   JNIEnv* env = GetJNIEnv();
   JavaLocalFrame frame(env);
   return frame.keep(toJava(env, array));

@@ -4,12 +4,16 @@
 //   host array                         Java object
 //   ---------------------------------  ------------------------------------------------------------
 //   0-by-0 double, or no array         null (and null gives a 0-by-0 double back)
-//   1-by-1 double, single, intN,       Double, Float, Byte, Short, Integer, Long, Boolean; unsigned
-//     logical                            classes widen (uint8 to Short, uint16 to Integer, uint32 and
-//                                        uint64 to Long) and come back as the signed class
+//   1-by-1 double, single, intN,       Double, Float, Byte, Short, Integer, Long, Boolean
+//     logical
 //   1-by-N of those                    double[], float[], ..., boolean[]
+//   uintN (Java has no unsigned)       korvax.graphics.types.OrbUnsigned: the values widened (uint8 to
+//                                        short, uint16 to int, uint32 and uint64 to long) and the width
 //   any other shape                    nested arrays, one level per dimension, the first outermost:
 //                                        an M-by-N double is double[M][N]
+//   an empty array whose shape nested  korvax.graphics.types.OrbEmpty: its class name and dimensions
+//     arrays lose (0-by-3: no rows,      (numeric, logical, char and cell arrays)
+//     so no row length)
 //   char row (and empty char)          String; a char matrix is String[] of its rows
 //   cell                               Object[] of the elements' forms (nested as above if not a row)
 //   1-by-1 struct                      LinkedHashMap from field names to the fields' forms; other
