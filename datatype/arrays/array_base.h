@@ -14,6 +14,11 @@
 #include "datatype/export.h"
 #include "guilib/auto_ptr.h"
 
+namespace objsys {
+class COSDataType;
+class JavaTypeConversion;
+}  // namespace objsys
+
 namespace graphics::datatype {
 
 // Holds one host array (or none) that it alone destroys. The held array is a normalised copy of
@@ -73,6 +78,10 @@ class ORB_EXPORT ArrayBase {
   // The held array as text through the class system's ("any", "asciiString") conversion: a C-heap
   // string for the caller, or null when nothing is held.
   char* convert_to_string() const;
+
+  // The Java conversion of an array-valued type: its values cross as the closest Java object of their
+  // array form, which javaForm names for people. The class system owns the result.
+  static objsys::JavaTypeConversion* createJavaConverter(const objsys::COSDataType* type, const char* javaForm);
 
  protected:
   void swap(ArrayBase& other) noexcept;

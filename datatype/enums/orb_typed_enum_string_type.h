@@ -11,6 +11,10 @@
 
 struct zxArray;
 
+namespace objsys {
+class JavaTypeConversion;
+}  // namespace objsys
+
 namespace graphics::datatype {
 
 class OrbTypedEnumStringType;
@@ -51,6 +55,10 @@ class ORB_EXPORT OrbTypedEnumStringType : public objsys::TypedEnumStringType {
   const OrbEnumerationType& elements() const { return *elements_; }
   // The offered names, quoted and separated by " | ", made once.
   const std::string& validValues() const;
+
+  // The Java conversion of an enumerated type: a value crosses as its name, which javaForm names for
+  // people ("java.lang.String"). The class system owns the result.
+  static objsys::JavaTypeConversion* createJavaConverter(const OrbTypedEnumStringType* type, const char* javaForm);
 
   // objsys::EnumerationType
   int getEnumLength() const override { return elements_->getEnumLength(); }

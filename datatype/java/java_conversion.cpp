@@ -10,7 +10,10 @@
 #include <string>
 
 #include "arraylib/zxarray.h"
+#include "datatype/arrays/array_base.h"
 #include "datatype/color/styled_colors.h"
+#include "datatype/data_type_base.h"
+#include "datatype/enums/orb_typed_enum_string_type.h"
 #include "datatype/errors.h"
 #include "guilib/array_dispatch.h"
 #include "javabridgelib/closest_match.h"
@@ -154,8 +157,9 @@ zxArray* arrayOfPeer(JNIEnv* env, const JavaPeerClass& peer, jobject object) {
 
 }  // namespace
 
-PeerJavaConversion::PeerJavaConversion(const char* typeName) : type_(typeName), typeName_(typeName) {
-  const PeerRow* row = peerRowOf(typeName);
+PeerJavaConversion::PeerJavaConversion(std::string typeName, std::string javaForm)
+    : typeName_(std::move(typeName)), javaForm_(std::move(javaForm)), type_(typeName_.c_str()) {
+  const PeerRow* row = peerRowOf(typeName_.c_str());
   peer_ = row != nullptr ? row->peer : nullptr;
   numbersOf_ = row != nullptr ? row->numbersOf : nullptr;
 }
@@ -183,7 +187,7 @@ objsys::COSValue PeerJavaConversion::fromJava(jobject object) const {
   // A property shown as a number or a point has no "nothing" to be set to; other types read null as the
   // empty array, as their own empty values cross.
   if (object == nullptr && peer_ != nullptr && peer_->arguments != PeerArguments::Object) {
-    const char* shortName = std::strrchr(typeName_, '.') + 1;
+    const char* shortName = std::strrchr(typeName_.c_str(), '.') + 1;
     raiseWithText<Korvax::class_::KorvaxConversionError>(std::string("Invalid value for ") + shortName +
                                                           " type: NULL");
   }
@@ -200,7 +204,17 @@ objsys::COSValue PeerJavaConversion::fromJava(jobject object) const {
 }
 
 const char* PeerJavaConversion::javaClassName() const {
-  return peer_ != nullptr ? peer_->javaName : "the closest Java object of the array form";
+  if (peer_ != nullptr) return peer_->javaName;
+  return javaForm_.empty() ? "the closest Java object of the array form" : javaForm_.c_str();
+}
+
+objsys::JavaTypeConversion* ArrayBase::createJavaConverter(const objsys::COSDataType* type, const char* javaForm) {
+  return new PeerJavaConversion(std::string(kPackageName) + "." + type->getName(), javaForm);
+}
+
+objsys::JavaTypeConversion* OrbTypedEnumStringType::createJavaConverter(const OrbTypedEnumStringType* type,
+                                                                        const char* javaForm) {
+  return new PeerJavaConversion(std::string(kPackageName) + "." + type->getName(), javaForm);
 }
 
 }  // namespace graphics::datatype

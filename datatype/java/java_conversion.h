@@ -5,6 +5,7 @@
 
 #include <array>
 #include <optional>
+#include <string>
 
 #include "datatype/export.h"
 #include "objsys/cos_value.h"
@@ -16,8 +17,9 @@ struct JavaPeerClass;
 
 class ORB_EXPORT PeerJavaConversion final : public objsys::JavaTypeConversion {
  public:
-  // typeName: the registered name, "korvax.graphics.datatype.T".
-  explicit PeerJavaConversion(const char* typeName);
+  // typeName: the registered name, "korvax.graphics.datatype.T". javaForm, when given, names for people
+  // the Java form of a type without a peer class ("java.lang.String" for a name).
+  explicit PeerJavaConversion(std::string typeName, std::string javaForm = {});
   // The Java form of the value's array form (its TMC's reading); null for no value.
   jobject toJava(objsys::COSValue value) const override;
   // A new value from the Java object through the type's TMC, with the type's own refusals. A type with a
@@ -26,8 +28,9 @@ class ORB_EXPORT PeerJavaConversion final : public objsys::JavaTypeConversion {
   const char* javaClassName() const override;
 
  private:
+  std::string typeName_;
+  std::string javaForm_;
   objsys::COSNameID type_;
-  const char* typeName_;
   const JavaPeerClass* peer_;  // null: the closest match
   std::optional<std::array<double, 4>> (*numbersOf_)(objsys::COSValue);
 };
