@@ -48,15 +48,24 @@ function(orb_host_library name)
           FILES_MATCHING PATTERN "*.h" PATTERN "*.def")
 endfunction()
 
+# orb_with_jvm_sanitizer_options(TARGET): in a sanitized build, the sanitizer defaults that a program
+# running a Java machine in its process needs (host/javabridgelib/jvm_sanitizer_options.cpp).
+function(orb_with_jvm_sanitizer_options target)
+  if(ORB_SANITIZE)
+    target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/host/javabridgelib/jvm_sanitizer_options.cpp)
+    target_compile_definitions(${target}
+      PRIVATE ORB_JVM_LEAK_SUPPRESSIONS="${PROJECT_SOURCE_DIR}/host/javabridgelib/lsan-jvm.supp")
+  endif()
+endfunction()
+
 # orb_test(NAME SOURCES ... DEPENDS ... [LABELS ...]): one GoogleTest program, registered with CTest.
 function(orb_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS;LABELS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} GTest::gtest GTest::gmock GTest::gtest_main orb_settings)
   if(ARG_LABELS)
-    if(ORB_SANITIZE AND "java" IN_LIST ARG_LABELS)
-      target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/java_sanitizer_options.cpp)
-      target_compile_definitions(${name} PRIVATE ORB_JVM_LEAK_SUPPRESSIONS="${PROJECT_SOURCE_DIR}/tests/lsan-jvm.supp")
+    if("java" IN_LIST ARG_LABELS)
+      orb_with_jvm_sanitizer_options(${name})
     endif()
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES LABELS "${ARG_LABELS}")
   else()

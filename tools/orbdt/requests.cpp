@@ -413,7 +413,8 @@ Response runJava(const HostSession& host, const json& request, cmdlang::ByteBudg
     const JavaLocalFrame frame(env);
     jobject object = java->toJava(converted.value);
     javaClass = kxjClassName(env, object);
-    javaText = kxjToString(env, object);
+    // The Java object's own text can be as long as its array; people see its beginning.
+    javaText = cmdlang::utf8Shortened(kxjToString(env, object), kMaxMessageBytes);
     back = java->fromJava(object);
   });
   if (refusal) return refused(host, handle, *refusal, std::nullopt);
@@ -427,7 +428,7 @@ Response runJava(const HostSession& host, const json& request, cmdlang::ByteBudg
   response.json["javaText"] = javaText;
   response.json["equal"] = equal;
   if (form == Form::Text) {
-    response.text = "java class: " + javaClass + "\njava text:  " + cmdlang::utf8Shortened(javaText, kMaxMessageBytes) +
+    response.text = "java class: " + javaClass + "\njava text:  " + javaText +
                     "\nread back:\n" + response.text + "equal:      " + (equal ? "true" : "false") + "\n";
   }
   return response;

@@ -74,6 +74,31 @@ TEST(OrbdtCommands, PeopleSeeValuesTextsAndRefusals) {
   }
 }
 
+// orbdt java starts a Java machine in orbdt's process and shows a value's crossing.
+TEST(OrbdtCommands, JavaShowsTheJavaFormAndTheValueBack) {
+  struct Case {
+    const char* arguments;
+    int status;
+    const char* out;
+  };
+  const Case cases[] = {
+      {"java RGBAColor \"'r'\"", 0, "java class: korvax.graphics.types.OrbColor\njava text:  OrbColor[1.0 0.0 0.0 1.0]"},
+      {"java ColorMap '[0 0 1;1 0 0]'", 0, "java class: [[D\njava text:  [[0.0, 0.0, 1.0], [1.0, 0.0, 0.0]]"},
+      {"java Rectangle2 '[1 2 3 4]'", 0, "equal:      true"},
+      {"java JavaPeer 'complex(1, 2)'", 1, "error: Korvax:class:JavaConversionError: "},
+      {"describe Point2", 0, "java form:        java.awt.Point"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.arguments);
+    const ProgramRun run = orbdt(c.arguments);
+    EXPECT_EQ(run.status, c.status) << run.out << run.err;
+    EXPECT_THAT(run.out, HasSubstr(c.out));
+  }
+  const nlohmann::json answer = nlohmann::json::parse(orbdt("java Positive 0.5 --json").out);
+  EXPECT_EQ(answer["javaClass"], "korvax.graphics.types.OrbDouble");
+  EXPECT_EQ(answer["equal"], true);
+}
+
 TEST(OrbdtCommands, JsonModeWritesOneResponseObject) {
   const ProgramRun set = orbdt("set MeshAlpha \"'flat'\" --json");
   EXPECT_EQ(set.status, 0);

@@ -1,4 +1,4 @@
-// Sanitizer defaults of test programs that run a Java machine in their process (options given in the
+// Sanitizer defaults of programs that run a Java machine in their process (options given in the
 // environment still apply on top). The machine uses SIGSEGV itself, so AddressSanitizer leaves that signal
 // to it; LeakSanitizer crashes scanning the machine's thread-local storage, so that is not scanned; and the
 // machine's own allocations, which it frees only with the process, are suppressed.
