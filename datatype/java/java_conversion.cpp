@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "arraylib/zxarray.h"
@@ -188,8 +188,7 @@ objsys::COSValue PeerJavaConversion::fromJava(jobject object) const {
   // empty array, as their own empty values cross.
   if (object == nullptr && peer_ != nullptr && peer_->arguments != PeerArguments::Object) {
     const char* shortName = std::strrchr(typeName_.c_str(), '.') + 1;
-    raiseWithText<Korvax::class_::KorvaxConversionError>(std::string("Invalid value for ") + shortName +
-                                                          " type: NULL");
+    raiseWithText<Korvax::class_::KorvaxConversionError>(std::string("Invalid value for ") + shortName + " type: NULL");
   }
   JNIEnv* env = GetJNIEnv();
   JavaLocalFrame frame(env);

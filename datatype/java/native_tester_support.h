@@ -1,6 +1,6 @@
 // What the JNI test exports do: the Utils start and stop of the library, and for each type one held
-// value (its default until Java sets one) that Java sets and reads through the type's Java conversion. A refusal reaches Java as an
-// IllegalArgumentException whose message begins with the identifier.
+// value (its default until Java sets one) that Java sets and reads through the type's Java conversion. A refusal
+// reaches Java as an IllegalArgumentException whose message begins with the identifier.
 #pragma once
 
 #include <jni.h>

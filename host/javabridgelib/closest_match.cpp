@@ -5,6 +5,7 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "arraylib/zxerror.h"
@@ -16,7 +17,8 @@
 namespace {
 
 [[noreturn]] void refuseToJava(const std::string& why) {
-  zxErrMsgIdAndTxt("Korvax:class:JavaConversionError", "Unable to convert the value to a Java object: %s.", why.c_str());
+  zxErrMsgIdAndTxt("Korvax:class:JavaConversionError", "Unable to convert the value to a Java object: %s.",
+                   why.c_str());
 }
 
 [[noreturn]] void refuseFromJava(const std::string& why) {
@@ -34,33 +36,37 @@ ArrayHolder hold(zxArray* array) { return {array, &zxDestroyArray}; }
 template <class J>
 struct Primitive;
 
-#define KXJ_PRIMITIVE(J, Name, code, box, boxConstructor, member, hostClass)                                                    \
-  template <>                                                                                                   \
-  struct Primitive<J> {                                                                                         \
-    static constexpr char kCode = code;                                                                         \
-    static constexpr const char* kBox = box;                                                                    \
-    static constexpr const char* kBoxConstructor = boxConstructor;                                             \
-    static constexpr zxClassID kHostClass = hostClass;                                                          \
-    static jarray make(JNIEnv* env, jsize n) { return env->New##Name##Array(n); }                               \
-    static void write(JNIEnv* env, jarray a, jsize n, const J* v) {                                             \
-      env->Set##Name##ArrayRegion(static_cast<J##Array>(a), 0, n, v);                                           \
-    }                                                                                                           \
-    static void read(JNIEnv* env, jarray a, jsize n, J* v) { env->Get##Name##ArrayRegion(static_cast<J##Array>(a), 0, n, v); } \
-    static jvalue wrap(J v) {                                                                                   \
-      jvalue value{};                                                                                           \
-      value.member = v;                                                                                         \
-      return value;                                                                                             \
-    }                                                                                                           \
+#define KXJ_PRIMITIVE(J, Name, code, box, boxConstructor, unboxMethod, member, hostClass)                           \
+  template <>                                                                                                       \
+  struct Primitive<J> {                                                                                             \
+    static constexpr char kCode = code;                                                                             \
+    static constexpr const char* kBox = box;                                                                        \
+    static constexpr const char* kBoxConstructor = boxConstructor;                                                  \
+    static constexpr zxClassID kHostClass = hostClass;                                                              \
+    static constexpr const char* kUnboxMethod = unboxMethod;                                                        \
+    static J unbox(JNIEnv* env, jobject boxed, jmethodID method) { return env->Call##Name##Method(boxed, method); } \
+    static jarray make(JNIEnv* env, jsize n) { return env->New##Name##Array(n); }                                   \
+    static void write(JNIEnv* env, jarray a, jsize n, const J* v) {                                                 \
+      env->Set##Name##ArrayRegion(static_cast<J##Array>(a), 0, n, v);                                               \
+    }                                                                                                               \
+    static void read(JNIEnv* env, jarray a, jsize n, J* v) {                                                        \
+      env->Get##Name##ArrayRegion(static_cast<J##Array>(a), 0, n, v);                                               \
+    }                                                                                                               \
+    static jvalue wrap(J v) {                                                                                       \
+      jvalue value{};                                                                                               \
+      value.member = v;                                                                                             \
+      return value;                                                                                                 \
+    }                                                                                                               \
   };
 // clang-format off
-KXJ_PRIMITIVE(jdouble, Double, 'D', "java/lang/Double", "(D)V", d, zxDOUBLE_CLASS)
-KXJ_PRIMITIVE(jfloat, Float, 'F', "java/lang/Float", "(F)V", f, zxSINGLE_CLASS)
-KXJ_PRIMITIVE(jbyte, Byte, 'B', "java/lang/Byte", "(B)V", b, zxINT8_CLASS)
-KXJ_PRIMITIVE(jshort, Short, 'S', "java/lang/Short", "(S)V", s, zxINT16_CLASS)
-KXJ_PRIMITIVE(jint, Int, 'I', "java/lang/Integer", "(I)V", i, zxINT32_CLASS)
-KXJ_PRIMITIVE(jlong, Long, 'J', "java/lang/Long", "(J)V", j, zxINT64_CLASS)
-KXJ_PRIMITIVE(jboolean, Boolean, 'Z', "java/lang/Boolean", "(Z)V", z, zxLOGICAL_CLASS)
-KXJ_PRIMITIVE(jchar, Char, 'C', "java/lang/Character", "(C)V", c, zxCHAR_CLASS)
+KXJ_PRIMITIVE(jdouble, Double, 'D', "java/lang/Double", "(D)V", "doubleValue", d, zxDOUBLE_CLASS)
+KXJ_PRIMITIVE(jfloat, Float, 'F', "java/lang/Float", "(F)V", "floatValue", f, zxSINGLE_CLASS)
+KXJ_PRIMITIVE(jbyte, Byte, 'B', "java/lang/Byte", "(B)V", "byteValue", b, zxINT8_CLASS)
+KXJ_PRIMITIVE(jshort, Short, 'S', "java/lang/Short", "(S)V", "shortValue", s, zxINT16_CLASS)
+KXJ_PRIMITIVE(jint, Int, 'I', "java/lang/Integer", "(I)V", "intValue", i, zxINT32_CLASS)
+KXJ_PRIMITIVE(jlong, Long, 'J', "java/lang/Long", "(J)V", "longValue", j, zxINT64_CLASS)
+KXJ_PRIMITIVE(jboolean, Boolean, 'Z', "java/lang/Boolean", "(Z)V", "booleanValue", z, zxLOGICAL_CLASS)
+KXJ_PRIMITIVE(jchar, Char, 'C', "java/lang/Character", "(C)V", "charValue", c, zxCHAR_CLASS)
 // clang-format on
 #undef KXJ_PRIMITIVE
 
@@ -243,8 +249,8 @@ struct EmptyClass {
   const char* name;
 };
 constexpr EmptyClass kEmptyClasses[] = {
-    {zxDOUBLE_CLASS, "double"}, {zxSINGLE_CLASS, "single"}, {zxINT8_CLASS, "int8"},     {zxUINT8_CLASS, "uint8"},
-    {zxINT16_CLASS, "int16"},   {zxUINT16_CLASS, "uint16"}, {zxINT32_CLASS, "int32"},   {zxUINT32_CLASS, "uint32"},
+    {zxDOUBLE_CLASS, "double"}, {zxSINGLE_CLASS, "single"}, {zxINT8_CLASS, "int8"},       {zxUINT8_CLASS, "uint8"},
+    {zxINT16_CLASS, "int16"},   {zxUINT16_CLASS, "uint16"}, {zxINT32_CLASS, "int32"},     {zxUINT32_CLASS, "uint32"},
     {zxINT64_CLASS, "int64"},   {zxUINT64_CLASS, "uint64"}, {zxLOGICAL_CLASS, "logical"}, {zxCHAR_CLASS, "char"},
     {zxCELL_CLASS, "cell"}};
 
@@ -349,9 +355,9 @@ template <class J>
 zxArray* primitiveFromJava(JNIEnv* env, jobject array, std::size_t depth) {
   using P = Primitive<J>;
   const Shape shape = shapeOfJavaArray(env, array, depth);
-  ArrayHolder made = hold(P::kHostClass == zxCHAR_CLASS ? zxCreateCharArray(shape.dims.size(), shape.dims.data())
-                                                        : zxCreateNumericArray(shape.dims.size(), shape.dims.data(),
-                                                                               P::kHostClass, zxREAL));
+  ArrayHolder made = hold(P::kHostClass == zxCHAR_CLASS
+                              ? zxCreateCharArray(shape.dims.size(), shape.dims.data())
+                              : zxCreateNumericArray(shape.dims.size(), shape.dims.data(), P::kHostClass, zxREAL));
   auto* data = static_cast<J*>(zxGetWritableData(made.get()));
   std::vector<J> buffer;
   const auto fill = [&](jobject innermost, zxSize offset, zxSize stride, zxSize count) {
@@ -416,24 +422,23 @@ zxArray* mapFromJava(JNIEnv* env, jobject map) {
   return made.release();
 }
 
+// A boxed number, logical or character as a 1-by-1 array of its class.
 template <class J, class Host>
-zxArray* boxedScalar(JNIEnv* env, jobject boxed, const char* method, const char* signature, zxClassID classID) {
+zxArray* unboxed(JNIEnv* env, jobject boxed) {
+  using P = Primitive<J>;
   jclass type = env->GetObjectClass(boxed);
-  jmethodID read = env->GetMethodID(type, method, signature);
-  J value{};
-  if constexpr (std::is_same_v<J, jdouble>) value = env->CallDoubleMethod(boxed, read);
-  if constexpr (std::is_same_v<J, jfloat>) value = env->CallFloatMethod(boxed, read);
-  if constexpr (std::is_same_v<J, jbyte>) value = env->CallByteMethod(boxed, read);
-  if constexpr (std::is_same_v<J, jshort>) value = env->CallShortMethod(boxed, read);
-  if constexpr (std::is_same_v<J, jint>) value = env->CallIntMethod(boxed, read);
-  if constexpr (std::is_same_v<J, jlong>) value = env->CallLongMethod(boxed, read);
-  if constexpr (std::is_same_v<J, jboolean>) value = env->CallBooleanMethod(boxed, read);
-  if constexpr (std::is_same_v<J, jchar>) value = env->CallCharMethod(boxed, read);
+  const std::string signature = std::string("()") + P::kCode;
+  jmethodID method = env->GetMethodID(type, P::kUnboxMethod, signature.c_str());
+  if (method == nullptr) kxjRaisePendingException(env);
+  const J value = P::unbox(env, boxed, method);
   kxjRaisePendingException(env);
-  ArrayHolder made = hold(classID == zxCHAR_CLASS ? zxCreateStringFromUTF16(reinterpret_cast<const zxChar*>(&value), 1)
-                                                  : zxCreateNumericMatrix(1, 1, classID, zxREAL));
-  if (classID != zxCHAR_CLASS) *static_cast<Host*>(zxGetWritableData(made.get())) = static_cast<Host>(value);
-  return made.release();
+  if constexpr (P::kHostClass == zxCHAR_CLASS) {
+    return zxCreateStringFromUTF16(reinterpret_cast<const zxChar*>(&value), 1);
+  } else {
+    ArrayHolder made = hold(zxCreateNumericMatrix(1, 1, P::kHostClass, zxREAL));
+    *static_cast<Host*>(zxGetWritableData(made.get())) = static_cast<Host>(value);
+    return made.release();
+  }
 }
 
 double readDouble(JNIEnv* env, jobject object, const char* method) {
@@ -485,7 +490,8 @@ zxArray* emptyFromJava(JNIEnv* env, jobject object) {
   jclass type = env->GetObjectClass(object);
   auto className = static_cast<jstring>(
       env->CallObjectMethod(object, env->GetMethodID(type, "getClassName", "()Ljava/lang/String;")));
-  auto javaDims = static_cast<jintArray>(env->CallObjectMethod(object, env->GetMethodID(type, "getDimensions", "()[I")));
+  auto javaDims =
+      static_cast<jintArray>(env->CallObjectMethod(object, env->GetMethodID(type, "getDimensions", "()[I")));
   kxjRaisePendingException(env);
   const std::string name = kxjUtf8(env, className);
   const jsize count = javaDims != nullptr ? env->GetArrayLength(javaDims) : 0;
@@ -529,14 +535,14 @@ zxArray* fromJava(JNIEnv* env, jobject object) {
       default: return objectsFromJava(env, object, depth);
     }
   }
-  if (name == "java.lang.Double") return boxedScalar<jdouble, double>(env, object, "doubleValue", "()D", zxDOUBLE_CLASS);
-  if (name == "java.lang.Float") return boxedScalar<jfloat, float>(env, object, "floatValue", "()F", zxSINGLE_CLASS);
-  if (name == "java.lang.Byte") return boxedScalar<jbyte, std::int8_t>(env, object, "byteValue", "()B", zxINT8_CLASS);
-  if (name == "java.lang.Short") return boxedScalar<jshort, std::int16_t>(env, object, "shortValue", "()S", zxINT16_CLASS);
-  if (name == "java.lang.Integer") return boxedScalar<jint, std::int32_t>(env, object, "intValue", "()I", zxINT32_CLASS);
-  if (name == "java.lang.Long") return boxedScalar<jlong, std::int64_t>(env, object, "longValue", "()J", zxINT64_CLASS);
-  if (name == "java.lang.Boolean") return boxedScalar<jboolean, bool>(env, object, "booleanValue", "()Z", zxLOGICAL_CLASS);
-  if (name == "java.lang.Character") return boxedScalar<jchar, zxChar>(env, object, "charValue", "()C", zxCHAR_CLASS);
+  if (name == "java.lang.Double") return unboxed<jdouble, double>(env, object);
+  if (name == "java.lang.Float") return unboxed<jfloat, float>(env, object);
+  if (name == "java.lang.Byte") return unboxed<jbyte, std::int8_t>(env, object);
+  if (name == "java.lang.Short") return unboxed<jshort, std::int16_t>(env, object);
+  if (name == "java.lang.Integer") return unboxed<jint, std::int32_t>(env, object);
+  if (name == "java.lang.Long") return unboxed<jlong, std::int64_t>(env, object);
+  if (name == "java.lang.Boolean") return unboxed<jboolean, bool>(env, object);
+  if (name == "java.lang.Character") return unboxed<jchar, zxChar>(env, object);
   if (name == "java.lang.String") {
     auto text = static_cast<jstring>(object);
     const jsize length = env->GetStringLength(text);

@@ -24,10 +24,33 @@ using orbtest::RaisesId;
 
 // Values of many families; each type takes those it accepts.
 constexpr const char* kSamples[] = {
-    "0.5", "3", "-2", "[1 0 0]", "[1 0 0 0.5]", "[0.1 0.2 0.3 0.4]", "[1 2]", "[1 2 3]", "uint8([255 0 0])",
-    "[1 0 0 0;0 1 0 0;0 0 1 0;0 0 0 1]", "[0 0 0;1 1 1]", "[0 1;1 0;0.5 0.5]", "[1 2 3 4 5]", "'red'", "'none'", "'flat'", "'--'",
-    "'on'", "'text'", "{'a';'bc'}", "{'-','--'}", "struct('mauve',[0.5 0.2 0.7])", "{@disp,'x'}", "'%d'",
-    "int32(7)", "true", "[]",
+    "0.5",
+    "3",
+    "-2",
+    "[1 0 0]",
+    "[1 0 0 0.5]",
+    "[0.1 0.2 0.3 0.4]",
+    "[1 2]",
+    "[1 2 3]",
+    "uint8([255 0 0])",
+    "[1 0 0 0;0 1 0 0;0 0 1 0;0 0 0 1]",
+    "[0 0 0;1 1 1]",
+    "[0 1;1 0;0.5 0.5]",
+    "[1 2 3 4 5]",
+    "'red'",
+    "'none'",
+    "'flat'",
+    "'--'",
+    "'on'",
+    "'text'",
+    "{'a';'bc'}",
+    "{'-','--'}",
+    "struct('mauve',[0.5 0.2 0.7])",
+    "{@disp,'x'}",
+    "'%d'",
+    "int32(7)",
+    "true",
+    "[]",
 };
 
 class JavaConversions : public orbtest::DataTypeTest {
@@ -128,7 +151,8 @@ TEST_F(JavaConversions, PeersAreTheClassesTheTableNames) {
     const std::string fullName = std::string("korvax.graphics.datatype.") + c.type;
     const objsys::JavaTypeConversion& java = *objsys::JavaTypeConversion::getConversion(fullName.c_str());
     const gui_objects::ZxArrayPtr array = cmdlang::readLiteral(c.literal);
-    const COSValue value = objsys::COSTypeRepository::getConversion("any", fullName.c_str())->from(COSValue(array.get()));
+    const COSValue value =
+        objsys::COSTypeRepository::getConversion("any", fullName.c_str())->from(COSValue(array.get()));
     const JavaLocalFrame local(env);
     jobject object = java.toJava(value);
     EXPECT_EQ(kxjClassName(env, object), c.javaClass);
@@ -190,10 +214,12 @@ TEST_F(JavaPeerTest, ACopySurvivesTheDestructionOfTheValueItCopied) {
 }
 
 TEST_F(JavaPeerTest, ConversionsGoThroughTheClosestMatchAndTextMakesNothing) {
-  const objsys::COSTypeConversion& arrays = *objsys::COSTypeRepository::getConversion("any", JavaPeerDataType::getDataTypeName());
+  const objsys::COSTypeConversion& arrays =
+      *objsys::COSTypeRepository::getConversion("any", JavaPeerDataType::getDataTypeName());
   const objsys::COSTypeConversion& texts =
       *objsys::COSTypeRepository::getConversion("asciiString", JavaPeerDataType::getDataTypeName());
-  const objsys::JavaTypeConversion& java = *objsys::JavaTypeConversion::getConversion(JavaPeerDataType::getDataTypeName());
+  const objsys::JavaTypeConversion& java =
+      *objsys::JavaTypeConversion::getConversion(JavaPeerDataType::getDataTypeName());
   EXPECT_TRUE(texts.from(COSValue("anything")).isEmpty());
   const gui_objects::ZxArrayPtr none(arrays.to(COSValue()).as<zxArray>());
   EXPECT_EQ(cmdlang::writeLiteral(none.get()), "[]");

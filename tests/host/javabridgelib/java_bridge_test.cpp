@@ -59,11 +59,13 @@ TEST_F(JavaBridge, ArraysCrossAsTheirClosestJavaObjectAndComeBack) {
       {"zeros(0,3)", "korvax.graphics.types.OrbEmpty", "OrbEmpty[0x3 double]", "zeros(0,3)"},
       {"zeros(2,0)", "[[D", "[[], []]", "zeros(2,0)"},
       {"cell(0,2)", "korvax.graphics.types.OrbEmpty", "OrbEmpty[0x2 cell]", "cell(0,2)"},
-      {"reshape([1 2 3 4 5 6 7 8],2,2,2)", "[[[D", "[[[1.0, 5.0], [3.0, 7.0]], [[2.0, 6.0], [4.0, 8.0]]]", "reshape([1 2 3 4 5 6 7 8],2,2,2)"},
+      {"reshape([1 2 3 4 5 6 7 8],2,2,2)", "[[[D", "[[[1.0, 5.0], [3.0, 7.0]], [[2.0, 6.0], [4.0, 8.0]]]",
+       "reshape([1 2 3 4 5 6 7 8],2,2,2)"},
       {"single(2.5)", "java.lang.Float", "2.5", "single(2.5)"},
       {"int8([-1 2])", "[B", "[-1, 2]", "int8([-1 2])"},
       {"uint8(200)", "korvax.graphics.types.OrbUnsigned", "OrbUnsigned[uint8 [200]]", "uint8(200)"},
-      {"uint16([1 65535])", "korvax.graphics.types.OrbUnsigned", "OrbUnsigned[uint16 [[1, 65535]]]", "uint16([1 65535])"},
+      {"uint16([1 65535])", "korvax.graphics.types.OrbUnsigned", "OrbUnsigned[uint16 [[1, 65535]]]",
+       "uint16([1 65535])"},
       {"uint64(18446744073709551615)", "korvax.graphics.types.OrbUnsigned", "OrbUnsigned[uint64 [-1]]",
        "uint64(18446744073709551615)"},
       {"int64(-5)", "java.lang.Long", "-5", "int64(-5)"},
@@ -122,8 +124,8 @@ TEST_F(JavaBridge, ValuesWithoutAFormOnTheOtherSideAreRefusedWithTheirIdentifier
   EXPECT_THAT([&] { kxjClosestKorvaxArray(env, ragged); }, RaisesId("Korvax:class:KorvaxConversionError"));
   // A map whose key is not a String.
   jobject map = kxjNewObject(env, "java/util/HashMap", "()V");
-  jmethodID put = env->GetMethodID(env->GetObjectClass(map), "put",
-                                   "(Ljava/lang/Object;Ljava/lang/Object;)Ljava/lang/Object;");
+  jmethodID put =
+      env->GetMethodID(env->GetObjectClass(map), "put", "(Ljava/lang/Object;Ljava/lang/Object;)Ljava/lang/Object;");
   env->CallObjectMethod(map, put, kxjNewObject(env, "java/lang/Integer", "(I)V", 1), nullptr);
   EXPECT_THAT([&] { kxjClosestKorvaxArray(env, map); }, RaisesId("Korvax:class:KorvaxConversionError"));
 }
