@@ -32,7 +32,8 @@ std::string typesClass(const char* name) { return std::string(kKorvaxJavaTypesPa
 using ArrayHolder = std::unique_ptr<zxArray, decltype(&zxDestroyArray)>;
 ArrayHolder hold(zxArray* array) { return {array, &zxDestroyArray}; }
 
-// One Java primitive type: its array's JNI calls, its box and the host class it comes back as.
+// One Java primitive type: its array's JNI calls, its box and the host class it comes back as. A char is
+// never boxed on the way to Java (a 1-by-1 char array is a String), so its box goes unused.
 template <class J>
 struct Primitive;
 
@@ -40,8 +41,8 @@ struct Primitive;
   template <>                                                                                                       \
   struct Primitive<J> {                                                                                             \
     static constexpr char kCode = code;                                                                             \
-    static constexpr const char* kBox = box;                                                                        \
-    static constexpr const char* kBoxConstructor = boxConstructor;                                                  \
+    [[maybe_unused]] static constexpr const char* kBox = box;                                                       \
+    [[maybe_unused]] static constexpr const char* kBoxConstructor = boxConstructor;                                 \
     static constexpr zxClassID kHostClass = hostClass;                                                              \
     static constexpr const char* kUnboxMethod = unboxMethod;                                                        \
     static J unbox(JNIEnv* env, jobject boxed, jmethodID method) { return env->Call##Name##Method(boxed, method); } \
