@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "arraylib/zxerror.h"
+#include "javabridgelib/callback_natives.h"
 
 namespace {
 
@@ -23,6 +24,7 @@ constexpr const char* kTypesJar = "korvax-graphics-types.jar";
 struct Machine {
   std::mutex mutex;
   JavaVM* vm = nullptr;
+  bool nativesBound = false;
   bool startupDisabled = false;
   std::string failure;  // why the last attempt found no machine
 };
@@ -116,6 +118,10 @@ JNIEnv* GetJNIEnv() {
     }
   } else if (status != JNI_OK) {
     zxErrMsgIdAndTxt("Korvax:javabridge:JavaUnavailable", "Java is not available: JNI status %d.", status);
+  }
+  if (!machine().nativesBound) {
+    machine().nativesBound = true;
+    kxjRegisterCallbackNatives(env);
   }
   return env;
 }

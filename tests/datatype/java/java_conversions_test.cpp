@@ -1,6 +1,7 @@
 // Every registered type on a real Java machine: its values cross to their Java form and back equal,
 // refusals from Java carry the type's identifiers, JavaPeer keeps identity, and global references
 // balance.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -11,6 +12,7 @@
 #include "../support.h"
 #include "cmdlanglib/literal.h"
 #include "datatype/all_types.h"
+#include "guilib/callback.h"
 #include "javabridgelib/java_bridge.h"
 #include "objsys/cos_enumeration.h"
 #include "objsys/cos_type_conversion.h"
@@ -177,6 +179,32 @@ TEST_F(JavaConversions, RefusalsFromJavaCarryTheTypesIdentifiers) {
               RaisesId("Korvax:datatypes:MeshColor:ValueMustBe3ElementVector"));
   jobject word = env->NewStringUTF("dashdot");
   EXPECT_THAT([&] { fromJava("LineStyle", word); }, RaisesId("Korvax:datatypes:InvalidEnumValue"));
+}
+
+TEST_F(JavaConversions, AnOrbCallbackFiredFromJavaRunsItsCallbackInTheHost) {
+  std::vector<std::string> seen;
+  gui_objects::registerFunction("recordFired", [&](const std::vector<const zxArray*>& arguments) {
+    for (const zxArray* argument : arguments) seen.push_back(cmdlang::writeLiteral(argument));
+  });
+  const char* callbackType = CallbackDataType::getDataTypeName();
+  const objsys::JavaTypeConversion& java = *objsys::JavaTypeConversion::getConversion(callbackType);
+  const objsys::COSTypeConversion& arrays = *objsys::COSTypeRepository::getConversion("any", callbackType);
+  const auto fired = [&](const char* literal, jobject source) {
+    const gui_objects::ZxArrayPtr array = cmdlang::readLiteral(literal);
+    const COSValue value = arrays.from(COSValue(array.get()));
+    jobject peer = java.toJava(value);
+    CallbackDataType::getType()->destroy(value);
+    jmethodID fire = env->GetMethodID(env->GetObjectClass(peer), "fire", "(Ljava/lang/Object;Ljava/lang/Object;)V");
+    env->CallVoidMethod(peer, fire, source, nullptr);
+    jthrowable thrown = env->ExceptionOccurred();
+    env->ExceptionClear();
+    return thrown == nullptr ? std::string() : kxjToString(env, thrown);
+  };
+  const JavaLocalFrame local(env);
+  EXPECT_EQ(fired("{@recordFired, 5}", kxjNewObject(env, "java/lang/Double", "(D)V", 1.0)), "");
+  EXPECT_THAT(seen, ::testing::ElementsAre("1", "[]", "5"));
+  EXPECT_THAT(fired("{'noSuchFunction'}", nullptr), ::testing::HasSubstr("Korvax:UndefinedFunction"));
+  gui_objects::unregisterFunction("recordFired");
 }
 
 class JavaPeerTest : public JavaConversions {

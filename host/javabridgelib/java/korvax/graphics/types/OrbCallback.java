@@ -12,6 +12,12 @@ public final class OrbCallback {
     return callbackObject;
   }
 
+  /**
+   * Runs the callback in the host, with the source and the event as their closest host arrays. The
+   * callback's own errors arrive as a RuntimeException whose message begins with the identifier.
+   */
+  public native void fire(Object source, Object event);
+
   @Override
   public boolean equals(Object object) {
     if (!(object instanceof OrbCallback)) return false;

@@ -1,0 +1,8 @@
+// The native methods of the host's Java types: OrbCallback.fire runs its callback in the host.
+#pragma once
+
+#include <jni.h>
+
+// Binds the natives to their classes in the machine of env; the bridge does it once, when it first
+// finds the machine. Classes that cannot be found are left alone.
+void kxjRegisterCallbackNatives(JNIEnv* env);
