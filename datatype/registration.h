@@ -38,8 +38,8 @@ void unlessOutOfMemory(Step&& step) {
 
 // The registration callback of a type: its data type singleton in the default package, and its array
 // (from "any"), string (from "asciiString") and Java conversions. Use void for a conversion the type
-// lacks. The Java step may instead be a maker with a static create(DataType*) that makes the conversion. A conversion that cannot be allocated is handed over as null; any other allocation that fails
-// ends the callback early.
+// lacks. The Java step is a maker: its static create(DataType*) makes the type's Java conversion. A conversion that
+// cannot be allocated is handed over as null; any other allocation that fails ends the callback early.
 template <class DataType, class ArrayConversion, class StringConversion, class JavaConversion = void>
 void registerDataType() {
   unlessOutOfMemory([] {
@@ -53,10 +53,8 @@ void registerDataType() {
     if constexpr (!std::is_void_v<StringConversion>) {
       objsys::COSTypeRepository::addConversion("asciiString", name, new (std::nothrow) StringConversion());
     }
-    if constexpr (requires { JavaConversion::create(type); }) {
+    if constexpr (!std::is_void_v<JavaConversion>) {
       objsys::JavaTypeConversion::addConversion(name, JavaConversion::create(type));
-    } else if constexpr (!std::is_void_v<JavaConversion>) {
-      objsys::JavaTypeConversion::addConversion(name, new (std::nothrow) JavaConversion());
     }
   });
 }

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -16,6 +15,7 @@
 #include "datatype/enums/orb_typed_enum_string_type.h"
 #include "datatype/errors.h"
 #include "guilib/array_dispatch.h"
+#include "guilib/auto_ptr.h"
 #include "javabridgelib/closest_match.h"
 #include "javabridgelib/java_bridge.h"
 #include "objsys/cos_type_conversion.h"
@@ -78,7 +78,7 @@ const PeerRow* peerRowOf(const char* typeName) {
   return nullptr;
 }
 
-using ArrayHolder = std::unique_ptr<zxArray, decltype(&zxDestroyArray)>;
+using gui_objects::ZxArrayPtr;
 
 const objsys::COSTypeConversion& arrayConversionOf(const objsys::COSNameID& type) {
   const objsys::COSTypeConversion* found = objsys::COSTypeRepository::getConversion(objsys::COSNameID("any"), type);
@@ -150,7 +150,7 @@ zxArray* arrayOfPeer(JNIEnv* env, const JavaPeerClass& peer, jobject object) {
     kxjRaisePendingException(env);
   }
   if (peer.arguments == PeerArguments::NumbersWithAlpha && numbers[count - 1] == 1.0) --count;
-  ArrayHolder made(zxCreateDoubleMatrix(1, count, zxREAL), &zxDestroyArray);
+  ZxArrayPtr made(zxCreateDoubleMatrix(1, count, zxREAL));
   std::copy_n(numbers.begin(), count, zxGetWritablePr(made.get()));
   return made.release();
 }
@@ -171,7 +171,7 @@ jobject PeerJavaConversion::toJava(objsys::COSValue value) const {
   if (numbersOf_ != nullptr) {
     if (const auto numbers = numbersOf_(value)) return frame.keep(newPeerOfNumbers(env, *peer_, *numbers));
   }
-  const ArrayHolder array(arrayConversionOf(type_).to(value).as<zxArray>(), &zxDestroyArray);
+  const ZxArrayPtr array(arrayConversionOf(type_).to(value).as<zxArray>());
   if (peer_ != nullptr && peer_->arguments == PeerArguments::Object) {
     std::array<jvalue, 4> arguments{};
     arguments[0].l = javaConvertKorvaxToClosestJavaObject(array.get());
@@ -192,7 +192,7 @@ objsys::COSValue PeerJavaConversion::fromJava(jobject object) const {
   }
   JNIEnv* env = GetJNIEnv();
   JavaLocalFrame frame(env);
-  ArrayHolder array(nullptr, &zxDestroyArray);
+  ZxArrayPtr array;
   jclass peerClass = peer_ != nullptr && object != nullptr ? kxjFindClass(env, peer_->jniName().c_str()) : nullptr;
   if (peerClass != nullptr && env->IsInstanceOf(object, peerClass)) {
     array.reset(arrayOfPeer(env, *peer_, object));

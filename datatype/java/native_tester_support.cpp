@@ -10,6 +10,7 @@
 #include "datatype/all_types.h"
 #include "datatype/library.h"
 #include "foundationlib/except.h"
+#include "javabridgelib/java_bridge.h"
 #include "objsys/builtin_types.h"
 #include "objsys/java_type_conversion.h"
 
@@ -32,24 +33,18 @@ std::map<std::string, objsys::COSValue>& held() {
   return *values;
 }
 
-void throwJava(JNIEnv* env, const char* className, const std::string& message) {
-  if (env->ExceptionCheck()) return;
-  jclass type = env->FindClass(className);
-  if (type != nullptr) env->ThrowNew(type, message.c_str());
-}
-
 // Runs body; whatever it raises becomes a pending Java exception.
 template <class Body>
 void asJava(JNIEnv* env, Body&& body) {
   try {
     body();
   } catch (const fl::except::IMsgIDException& error) {
-    throwJava(env, "java/lang/IllegalArgumentException",
-              std::string(error.get_error_id()) + ": " + error.get_message_text());
+    kxjThrowNew(env, "java/lang/IllegalArgumentException",
+                std::string(error.get_error_id()) + ": " + error.get_message_text());
   } catch (const std::bad_alloc&) {
-    throwJava(env, "java/lang/OutOfMemoryError", "out of memory in the data type library");
+    kxjThrowNew(env, "java/lang/OutOfMemoryError", "out of memory in the data type library");
   } catch (const std::exception& error) {
-    throwJava(env, "java/lang/RuntimeException", error.what());
+    kxjThrowNew(env, "java/lang/RuntimeException", error.what());
   }
 }
 

@@ -1,13 +1,13 @@
 // JavaPeer: global references shared per copy, identity equality, and the closest-match conversions.
 #include "datatype/references/java_peer.h"
 
-#include <memory>
 #include <optional>
 #include <string>
 
 #include "arraylib/zxarray.h"
 #include "datatype/conversion_definitions.h"
 #include "datatype/data_type_definitions.h"
+#include "guilib/auto_ptr.h"
 #include "javabridgelib/closest_match.h"
 #include "javabridgelib/java_bridge.h"
 
@@ -70,8 +70,7 @@ struct JavaPeerRules {
 };
 
 jobject JavaPeerJC::toJava(objsys::COSValue value) const {
-  const std::unique_ptr<zxArray, decltype(&zxDestroyArray)> array(JavaPeerMC().to(value).as<zxArray>(),
-                                                                  &zxDestroyArray);
+  const gui_objects::ZxArrayPtr array(JavaPeerMC().to(value).as<zxArray>());
   const objsys::JavaTypeConversion* any = objsys::JavaTypeConversion::getConversion(objsys::COSNameID("any"));
   return any != nullptr ? any->toJava(objsys::COSValue(array.get())) : nullptr;
 }

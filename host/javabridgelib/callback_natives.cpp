@@ -2,23 +2,17 @@
 // as their closest host arrays.
 #include "javabridgelib/callback_natives.h"
 
-#include <memory>
 #include <string>
 
 #include "arraylib/zxerror.h"
+#include "guilib/auto_ptr.h"
 #include "guilib/callback.h"
 #include "javabridgelib/closest_match.h"
 #include "javabridgelib/java_bridge.h"
 
 namespace {
 
-using ArrayHolder = std::unique_ptr<zxArray, decltype(&zxDestroyArray)>;
-
-void throwJava(JNIEnv* env, const char* className, const std::string& message) {
-  if (env->ExceptionCheck()) return;
-  jclass type = env->FindClass(className);
-  if (type != nullptr) env->ThrowNew(type, message.c_str());
-}
+using gui_objects::ZxArrayPtr;
 
 // Every failure, the callback's own errors included, reaches Java as a RuntimeException whose message
 // begins with the identifier.
@@ -29,17 +23,17 @@ void JNICALL fire(JNIEnv* env, jobject self, jobject source, jobject event) {
     jmethodID getCode = env->GetMethodID(type, "getCallbackObject", "()Ljava/lang/Object;");
     jobject code = env->CallObjectMethod(self, getCode);
     kxjRaisePendingException(env);
-    const ArrayHolder codeArray(kxjClosestKorvaxArray(env, code), &zxDestroyArray);
+    const ZxArrayPtr codeArray(kxjClosestKorvaxArray(env, code));
     const gui_objects::MCallback callback(codeArray.get());
-    const ArrayHolder sourceArray(kxjClosestKorvaxArray(env, source), &zxDestroyArray);
-    const ArrayHolder eventArray(kxjClosestKorvaxArray(env, event), &zxDestroyArray);
+    const ZxArrayPtr sourceArray(kxjClosestKorvaxArray(env, source));
+    const ZxArrayPtr eventArray(kxjClosestKorvaxArray(env, event));
     callback.execute(sourceArray.get(), eventArray.get());
   } catch (const fl::except::IMsgIDException& error) {
-    throwJava(env, "java/lang/RuntimeException", std::string(error.get_error_id()) + ": " + error.get_message_text());
+    kxjThrowNew(env, "java/lang/RuntimeException", std::string(error.get_error_id()) + ": " + error.get_message_text());
   } catch (const gui_objects::InvalidCallbackException& error) {
-    throwJava(env, "java/lang/IllegalArgumentException", std::string("not a callback: ") + error.what());
+    kxjThrowNew(env, "java/lang/IllegalArgumentException", std::string("not a callback: ") + error.what());
   } catch (const std::exception& error) {
-    throwJava(env, "java/lang/RuntimeException", error.what());
+    kxjThrowNew(env, "java/lang/RuntimeException", error.what());
   }
 }
 

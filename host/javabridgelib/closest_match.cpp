@@ -3,12 +3,12 @@
 
 #include <cstdint>
 #include <limits>
-#include <memory>
 #include <string>
 #include <type_traits>
 #include <vector>
 
 #include "arraylib/zxerror.h"
+#include "guilib/auto_ptr.h"
 #include "javabridgelib/java_bridge.h"
 #include "objsys/handles.h"
 #include "objsys/java_type_conversion.h"
@@ -28,9 +28,7 @@ namespace {
 
 std::string typesClass(const char* name) { return std::string(kKorvaxJavaTypesPackage) + name; }
 
-// An owned host array until it is handed over.
-using ArrayHolder = std::unique_ptr<zxArray, decltype(&zxDestroyArray)>;
-ArrayHolder hold(zxArray* array) { return {array, &zxDestroyArray}; }
+using gui_objects::ZxArrayPtr;
 
 // One Java primitive type: its array's JNI calls, its box and the host class it comes back as. A char is
 // never boxed on the way to Java (a 1-by-1 char array is a String), so its box goes unused.
@@ -276,7 +274,7 @@ jobject toJava(JNIEnv* env, const zxArray* array) {
     }
   }
   if (zxIsSparse(array)) {
-    const ArrayHolder full = hold(zxMustBeFull(array));
+    const ZxArrayPtr full(zxMustBeFull(array));
     return toJava(env, full.get());
   }
   switch (zxGetClassID(array)) {
@@ -356,9 +354,9 @@ template <class J>
 zxArray* primitiveFromJava(JNIEnv* env, jobject array, std::size_t depth) {
   using P = Primitive<J>;
   const Shape shape = shapeOfJavaArray(env, array, depth);
-  ArrayHolder made = hold(P::kHostClass == zxCHAR_CLASS
-                              ? zxCreateCharArray(shape.dims.size(), shape.dims.data())
-                              : zxCreateNumericArray(shape.dims.size(), shape.dims.data(), P::kHostClass, zxREAL));
+  ZxArrayPtr made(P::kHostClass == zxCHAR_CLASS
+                      ? zxCreateCharArray(shape.dims.size(), shape.dims.data())
+                      : zxCreateNumericArray(shape.dims.size(), shape.dims.data(), P::kHostClass, zxREAL));
   auto* data = static_cast<J*>(zxGetWritableData(made.get()));
   std::vector<J> buffer;
   const auto fill = [&](jobject innermost, zxSize offset, zxSize stride, zxSize count) {
@@ -378,7 +376,7 @@ zxArray* fromJava(JNIEnv* env, jobject object);
 
 zxArray* objectsFromJava(JNIEnv* env, jobject array, std::size_t depth) {
   const Shape shape = shapeOfJavaArray(env, array, depth);
-  ArrayHolder made = hold(zxCreateCellArray(shape.dims.size(), shape.dims.data()));
+  ZxArrayPtr made(zxCreateCellArray(shape.dims.size(), shape.dims.data()));
   const auto fill = [&](jobject innermost, zxSize offset, zxSize stride, zxSize count) {
     for (zxSize i = 0; i < count; ++i) {
       JavaLocalFrame frame(env);
@@ -412,7 +410,7 @@ zxArray* mapFromJava(JNIEnv* env, jobject map) {
   }
   std::vector<const char*> fieldNames;
   for (const std::string& name : names) fieldNames.push_back(name.c_str());
-  ArrayHolder made = hold(zxCreateStructMatrix(1, 1, static_cast<int>(fieldNames.size()), fieldNames.data()));
+  ZxArrayPtr made(zxCreateStructMatrix(1, 1, static_cast<int>(fieldNames.size()), fieldNames.data()));
   for (jsize i = 0; i < count; ++i) {
     JavaLocalFrame frame(env);
     jobject key = env->GetObjectArrayElement(static_cast<jobjectArray>(keys), i);
@@ -436,7 +434,7 @@ zxArray* unboxed(JNIEnv* env, jobject boxed) {
   if constexpr (P::kHostClass == zxCHAR_CLASS) {
     return zxCreateStringFromUTF16(reinterpret_cast<const zxChar*>(&value), 1);
   } else {
-    ArrayHolder made = hold(zxCreateNumericMatrix(1, 1, P::kHostClass, zxREAL));
+    ZxArrayPtr made(zxCreateNumericMatrix(1, 1, P::kHostClass, zxREAL));
     *static_cast<Host*>(zxGetWritableData(made.get())) = static_cast<Host>(value);
     return made.release();
   }
@@ -463,7 +461,7 @@ zxArray* unsignedFromJava(JNIEnv* env, jobject object) {
   const jint bits = env->CallIntMethod(object, env->GetMethodID(type, "getBits", "()I"));
   jobject values = env->CallObjectMethod(object, env->GetMethodID(type, "getValues", "()Ljava/lang/Object;"));
   kxjRaisePendingException(env);
-  const ArrayHolder widened = hold(fromJava(env, values));
+  const ZxArrayPtr widened(fromJava(env, values));
   struct Width {
     jint bits;
     zxClassID widenedClass;
@@ -479,8 +477,8 @@ zxArray* unsignedFromJava(JNIEnv* env, jobject object) {
   for (const Width& width : kWidths) {
     if (width.bits != bits) continue;
     if (zxGetClassID(widened.get()) != width.widenedClass) refuseFromJava("OrbUnsigned values of the wrong type");
-    ArrayHolder made = hold(zxCreateNumericArray(zxGetNumberOfDimensions(widened.get()), zxGetDimensions(widened.get()),
-                                                 width.unsignedClass, zxREAL));
+    ZxArrayPtr made(zxCreateNumericArray(zxGetNumberOfDimensions(widened.get()), zxGetDimensions(widened.get()),
+                                         width.unsignedClass, zxREAL));
     width.narrow(widened.get(), made.get());
     return made.release();
   }

@@ -159,6 +159,12 @@ void kxjRaisePendingException(JNIEnv* env) {
   zxErrMsgIdAndTxt("Korvax:javabridge:JavaException", "Java exception: %s", text.c_str());
 }
 
+void kxjThrowNew(JNIEnv* env, const char* className, const std::string& message) {
+  if (env->ExceptionCheck()) return;
+  jclass type = env->FindClass(className);
+  if (type != nullptr) env->ThrowNew(type, message.c_str());
+}
+
 JavaLocalFrame::JavaLocalFrame(JNIEnv* env, jint capacity) : env_(env), open_(env->PushLocalFrame(capacity) == 0) {
   if (!open_) kxjRaisePendingException(env_);
 }

@@ -33,6 +33,10 @@ KX_HOST_API std::size_t kxjLiveGlobalRefs();
 // exception's class and message.
 KX_HOST_API void kxjRaisePendingException(JNIEnv* env);
 
+// Makes a new Java exception of the class (slashes, "java/lang/RuntimeException") pending, unless one
+// already is; native methods use it to hand a host error to their Java caller.
+KX_HOST_API void kxjThrowNew(JNIEnv* env, const char* className, const std::string& message);
+
 // A JNI local frame for the current scope: every local reference made inside it is released at its end,
 // so a loop that makes references in a frame per pass never runs out of them.
 class KX_HOST_API JavaLocalFrame {

@@ -1,7 +1,6 @@
-// The data type contract, through MeshAlpha: empty slots, equality, comparison, the cached default,
-// names and sizes, copies and possible values.
-#include <cmath>
-#include <cstring>
+// The data type contract, through MeshAlpha, where the sweep over every type does not reach: empty
+// slots and NaN in equality and comparison, the default's content and the order of possible values.
+// (Names, sizes, the shared default and copies of every type are swept in every_type_test.cpp.)
 #include <limits>
 #include <string>
 #include <vector>
@@ -32,20 +31,6 @@ class DataTypeContract : public orbtest::DataTypeTest {
   }
 };
 
-TEST_F(DataTypeContract, NamesSizesAndStorage) {
-  EXPECT_STREQ(type.getName(), "MeshAlpha");
-  EXPECT_STREQ(type.getDeclarationName(), "MeshAlpha");
-  EXPECT_STREQ(type.getCategoryName(), "Fundamental");
-  EXPECT_STREQ(MeshAlphaDataType::getDataTypeName(), "korvax.graphics.datatype.MeshAlpha");
-  char* className = MeshAlphaDataType::getClassName();
-  EXPECT_STREQ(className, "MeshAlphaDataType");
-  utFree(className);
-  EXPECT_EQ(type.getStorageType(), 7);
-  EXPECT_EQ(type.getSizeInBits(), 128u);
-  EXPECT_EQ(type.getValueSizeInBytes(COSValue()), 16u);
-  EXPECT_EQ(objsys::COSTypeRepository::getType(MeshAlphaDataType::getDataTypeName()), &type);
-}
-
 TEST_F(DataTypeContract, EmptySlotsCopyToEmptyAndCompareByIdentity) {
   EXPECT_TRUE(type.copy(COSValue()).isEmpty());
   const COSValue half = rawValue(MeshAlphaStyle::alpha, 0.5);
@@ -73,24 +58,9 @@ TEST_F(DataTypeContract, EmptySlotsCopyToEmptyAndCompareByIdentity) {
   type.destroy(nan);
 }
 
-TEST_F(DataTypeContract, CopiesAreNewBlocksWithEqualValues) {
-  const COSValue interp = rawValue(MeshAlphaStyle::interp, 0.25);
-  const COSValue copy = type.copy(interp);
-  EXPECT_NE(copy.pointer(), interp.pointer());
-  EXPECT_TRUE(type.isEqual(copy, interp));
-  type.destroy(copy);
-  type.destroy(interp);
-  type.destroy(COSValue());
-}
-
-TEST_F(DataTypeContract, TheDefaultIsMadeOnceAndShared) {
-  const COSValue first = type.getDefaultValue();
-  EXPECT_EQ(type.getDefaultValue(), first);
-  EXPECT_EQ(first.as<const MeshAlpha>()->getStyle(), MeshAlphaStyle::alpha);
-  EXPECT_EQ(first.as<const MeshAlpha>()->getAlpha(), 1.0);
-}
-
-TEST_F(DataTypeContract, PossibleValuesAreTheOfferedModesMadeByTheStringConversion) {
+TEST_F(DataTypeContract, TheDefaultIsOpaqueAndPossibleValuesAreTheOfferedModesInOrder) {
+  EXPECT_EQ(type.getDefaultValue().as<const MeshAlpha>()->getStyle(), MeshAlphaStyle::alpha);
+  EXPECT_EQ(type.getDefaultValue().as<const MeshAlpha>()->getAlpha(), 1.0);
   EXPECT_TRUE(type.isPossibleValuesFinite());
   EXPECT_STREQ(type.getPossibleValuesDescription(), "");
   objsys::COSEnumerationRef values(type.getPossibleValues());

@@ -7,6 +7,7 @@
 
 #include <string>
 
+#include "../raises_id.h"
 #include "arraylib/zxerror.h"
 #include "datatype/library.h"
 #include "objsys/builtin_types.h"
@@ -24,17 +25,5 @@ class DataTypeTest : public ::testing::Test {
   static void TearDownTestSuite() { KXTerminate_orbdatatypes(); }
   zx::CallFrame frame_;
 };
-
-// EXPECT_THAT([&] { ... }, RaisesId("Korvax:...")): the code raises an error with that identifier.
-MATCHER_P(RaisesId, id, std::string("raises ") + id) {
-  try {
-    arg();
-  } catch (const fl::except::IMsgIDException& error) {
-    *result_listener << "raised " << error.get_error_id() << ": " << error.get_message_text();
-    return std::string(error.get_error_id()) == id;
-  }
-  *result_listener << "raised nothing";
-  return false;
-}
 
 }  // namespace orbtest

@@ -21,9 +21,7 @@ TEST_F(ColorTables, AStructAddsItsFieldsAndEveryColorTypeSeesThem) {
   const std::string table = setting("ColorTable", "struct('orange', [1 0.5 0])");
   EXPECT_NE(table.find("'orange',[1 0.5 0]"), std::string::npos) << table;
   for (const char* type : {"RGBAColor", "MeshColor", "MarkerColor", "RGBMatrixFlatNoneColor"}) {
-    SCOPED_TRACE(type);
-    EXPECT_EQ(setting(type, "'or'").substr(0, 11), "[1 0.5 0] |");
-    EXPECT_EQ(setting(type, "'o'").substr(0, 11), "[1 0.5 0] |");
+    EXPECT_EQ(setting(type, "'or'").substr(0, 11), "[1 0.5 0] |") << type;
   }
   // The table is one object: the one the library's conversions extended is the one a caller reaches.
   EXPECT_EQ(ColorNameTable::getInstance().getColorValue("orange"), (gui_objects::Color3d{1, 0.5, 0}));

@@ -1,10 +1,10 @@
 // The enumeration mechanism and the catalogue of enumerated types: matching, statuses, ordinals,
 // errors with their lists of valid values, warnings, and a sweep over every type.
-#include <set>
 #include <string>
 #include <vector>
 
 #include "../support.h"
+#include "../user_view.h"
 #include "arraylib/zxarray.h"
 #include "datatype/color/mesh_alpha.h"
 #include "datatype/data_type_definitions.h"
@@ -30,7 +30,6 @@ namespace {
 
 using namespace graphics::datatype;
 using objsys::COSValue;
-using orbtest::RaisesId;
 
 struct TypeEntry {
   const char* name;
@@ -45,10 +44,10 @@ const TypeEntry kAllTypes[] = {
 class Enumerations : public orbtest::DataTypeTest {
  protected:
   const objsys::COSTypeConversion& textConversion(const std::string& type) {
-    return *objsys::COSTypeRepository::getConversion("asciiString", ("korvax.graphics.datatype." + type).c_str());
+    return *objsys::COSTypeRepository::getConversion("asciiString", userview::fullNameOf(type).c_str());
   }
   const objsys::COSTypeConversion& arrayConversion(const std::string& type) {
-    return *objsys::COSTypeRepository::getConversion("any", ("korvax.graphics.datatype." + type).c_str());
+    return *objsys::COSTypeRepository::getConversion("any", userview::fullNameOf(type).c_str());
   }
   // The ordinal the text selects through the type's string conversion, or -1 when refused.
   int ordinalOf(const std::string& type, const char* text) {
@@ -79,38 +78,11 @@ TEST_F(Enumerations, TextSelectsExactNamesBeforeUniqueAbbreviations) {
     int ordinal;
   };
   const Case cases[] = {
-      {"ActivePosition", "OuterPosition", 1},
-      {"ActivePosition", "outer", 1},
-      {"ActivePosition", "o", 1},
-      {"ActivePosition", " \touterposition  ", 1},
-      {"ActivePosition", "p", 0},
-      {"ActivePosition", "", -1},
-      {"ActivePosition", "outerpositions", -1},
-      {"AxesNextPlot", "replace", 1},
-      {"AxesNextPlot", "replacec", 2},
-      {"AxesNextPlot", "rep", -1},
-      {"NextPlot", "repla", -1},
-      {"NextPlot", "REPLACECHILDREN", 3},
-      {"ColorType", "truecolor", 1},
-      {"ColorType", "truecolora", 2},
-      {"TextureColorType", "truecolora", 1},
-      {"Units", "p", -1},
-      {"Units", "po", 3},
-      {"Units", "pi", 4},
-      {"FontUnits", "p", -1},
-      {"PaperUnits", "p", 3},
-      {"HistogramNorm", "c", -1},
-      {"HistogramNorm", "count", 0},
-      {"LineStyle", "-", 0},
-      {"LineStyle", "-.", 3},
-      {"LineStyle", ":", 2},
-      {"MarkerStyle", "hexa", 12},
-      {"Units", "Devicepixels", 6},
-      {"Units", "characters", 5},
-      {"FontWeight", "bold", 3},
-      {"FontWeight", "l", 0},
-      {"RenderEngineType", "z", 2},
-      {"AxisClipping", "3D", 2},
+      {"ActivePosition", "OuterPosition", 1}, {"ActivePosition", "o", 1},  {"ActivePosition", " \touterposition  ", 1},
+      {"ActivePosition", "p", 0},             {"ActivePosition", "", -1},  {"ActivePosition", "outerpositions", -1},
+      {"AxesNextPlot", "replace", 1},         {"AxesNextPlot", "replacec", 2}, {"AxesNextPlot", "rep", -1},
+      {"Units", "p", -1},                     {"Units", "pi", 4},          {"Units", "Devicepixels", 6},
+      {"LineStyle", "-", 0},                  {"FontWeight", "l", 0},      {"AxisClipping", "3D", 2},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(std::string(c.type) + " <- '" + c.text + "'");
@@ -119,19 +91,13 @@ TEST_F(Enumerations, TextSelectsExactNamesBeforeUniqueAbbreviations) {
 }
 
 TEST_F(Enumerations, OrdinalsNeedNotFollowTheOrderOfAddition) {
-  struct Case {
+  const struct {
     const char* type;
     signed char ordinal;
     const char* name;
-  };
-  const Case cases[] = {{"Units", 5, "characters"},  {"UnitsWithData", 5, "pixels"},
-                        {"Units", 2, "normalized"},  {"FontWeight", 0, "light"},
-                        {"FontWeight", 1, "normal"}, {"RenderEngineType", 0, "(null)"},
-                        {"MarkerStyle", 13, "none"}, {"PrimMarkerStyle", 7, "downtriangle"}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.type);
-    EXPECT_EQ(nameOf(c.type, c.ordinal), c.name);
-  }
+  } cases[] = {{"Units", 5, "characters"}, {"UnitsWithData", 5, "pixels"}, {"FontWeight", 1, "normal"},
+               {"RenderEngineType", 0, "(null)"}, {"PrimMarkerStyle", 7, "downtriangle"}};
+  for (const auto& c : cases) EXPECT_EQ(nameOf(c.type, c.ordinal), c.name) << c.type;
 }
 
 TEST_F(Enumerations, HiddenNamesAreAcceptedButNeitherOfferedNorListed) {
@@ -148,41 +114,35 @@ TEST_F(Enumerations, HiddenNamesAreAcceptedButNeitherOfferedNorListed) {
 }
 
 TEST_F(Enumerations, RefusalsCarryTheListOfValidValues) {
-  struct Case {
-    const char* name;
-    zxArray* array;
-    const char* id;
-    const char* message;
-  };
+  const std::string use = " Use one of these values: 'position' | 'outerposition'.";
+  const std::string notText = "Value must be a character vector." + use;
   constexpr const char* kColumnsSpellPosition[] = {"psto", "oiin"};
-  const Case cases[] = {
-      {"unknown text", zxCreateString("middle"), "Korvax:datatypes:InvalidEnumValue",
-       "'middle' is not a valid value. Use one of these values: 'position' | 'outerposition'."},
-      {"not text", zxCreateDoubleScalar(1), "Korvax:datatypes:InvalidEnumValueFor",
-       "Value must be a character vector. Use one of these values: 'position' | 'outerposition'."},
-      {"empty text", zxCreateString(""), "Korvax:datatypes:InvalidValue",
-       "Value must be one of these values: 'position' | 'outerposition'."},
+  const struct {
+    zxArray* array;
+    const char* id;  // after "Korvax:datatypes:"
+    std::string message;
+  } cases[] = {
+      {zxCreateString("middle"), "InvalidEnumValue", "'middle' is not a valid value." + use},
+      {zxCreateDoubleScalar(1), "InvalidEnumValueFor", notText},
+      {zxCreateString(""), "InvalidValue", "Value must be one of these values: 'position' | 'outerposition'."},
       // Read column by column these would spell "position"; a name is one row of characters.
-      {"char matrix", zxCreateCharMatrixFromStrings(2, kColumnsSpellPosition), "Korvax:datatypes:InvalidEnumValueFor",
-       "Value must be a character vector. Use one of these values: 'position' | 'outerposition'."},
-      {"text with a NUL", zxCreateStringFromUTF16(u"outer\0junk", 10), "Korvax:datatypes:InvalidEnumValue",
-       "'outer\\0junk' is not a valid value. Use one of these values: 'position' | 'outerposition'."},
+      {zxCreateCharMatrixFromStrings(2, kColumnsSpellPosition), "InvalidEnumValueFor", notText},
+      {zxCreateStringFromUTF16(u"outer\0junk", 10), "InvalidEnumValue", "'outer\\0junk' is not a valid value." + use},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.message);
     try {
       arrayConversion("ActivePosition").from(COSValue(c.array));
       ADD_FAILURE() << "accepted";
     } catch (const fl::except::IMsgIDException& error) {
-      EXPECT_STREQ(error.get_error_id(), c.id);
+      EXPECT_EQ(error.get_error_id(), std::string("Korvax:datatypes:") + c.id);
       EXPECT_EQ(error.get_message_text(), c.message);
     }
   }
 }
 
-TEST_F(Enumerations, EmptySlotsReadBackAsEmptyTextAndNoString) {
+TEST_F(Enumerations, AnEmptySlotReadsBackAsEmptyText) {
   EXPECT_TRUE(arrayConversion("LineStyle").from(COSValue()).isEmpty());
-  EXPECT_TRUE(textConversion("LineStyle").to(COSValue()).isEmpty());
   const zxArray* empty = arrayConversion("LineStyle").to(COSValue()).as<const zxArray>();
   EXPECT_TRUE(zxIsChar(empty) && zxIsEmpty(empty));
 }
@@ -201,12 +161,10 @@ TEST_F(Enumerations, AWarningElementWarnsWhenAnArraySelectsItButNotFromText) {
   zx::clearWarnings();
 }
 
-TEST_F(Enumerations, EveryTypeIsRegisteredAndItsNamesRoundTrip) {
-  std::set<std::string> names;
+// Every name reads back as itself, and the possible values are the offered names in their order.
+TEST_F(Enumerations, EveryTypesNamesRoundTripAndItsOfferedNamesAreItsPossibleValues) {
   for (const TypeEntry& entry : kAllTypes) {
     SCOPED_TRACE(entry.name);
-    EXPECT_TRUE(names.insert(entry.name).second);
-    EXPECT_EQ(objsys::COSTypeRepository::getType(entry.type->getDataTypeName()), entry.type);
     const OrbTypedEnumStringType& elements = entry.type->enumType();
     std::vector<std::string> offered;
     for (const std::string& name : elements.getEnumStrings()) {
@@ -217,36 +175,25 @@ TEST_F(Enumerations, EveryTypeIsRegisteredAndItsNamesRoundTrip) {
     objsys::COSEnumerationRef values(entry.type->getPossibleValues());
     while (values->hasMoreElements()) walked.emplace_back(elements.getEnumString(values->nextElement()));
     EXPECT_EQ(walked, offered);
-    EXPECT_NE(elements.getEnumString(entry.type->getDefaultValue()), nullptr) << "the default is an element";
-    EXPECT_EQ(entry.type->getDefaultValue(), entry.type->getDefaultValue());
   }
-  EXPECT_EQ(names.size(), 61u);
 }
 
 TEST_F(Enumerations, DefaultsAreTheCataloguesChoices) {
-  struct Case {
+  const struct {
     const char* type;
     const char* name;
-  };
-  const Case cases[] = {{"FontWeight", "light"},     {"RenderEngineType", "painters"},   {"MarkerStyle", "none"},
-                        {"PrimMarkerStyle", "none"}, {"ColorbarCDataMapping", "scaled"}, {"Units", "inches"}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.type);
-    const auto* type = objsys::COSTypeRepository::getType(("korvax.graphics.datatype." + std::string(c.type)).c_str());
-    ASSERT_NE(type, nullptr);
-    const COSValue text = textConversion(c.type).to(type->getDefaultValue());
-    EXPECT_STREQ(text.as<const char>(), c.name);
-    utFree(text.pointer());
+  } cases[] = {{"FontWeight", "light"},     {"RenderEngineType", "painters"},   {"MarkerStyle", "none"},
+               {"PrimMarkerStyle", "none"}, {"ColorbarCDataMapping", "scaled"}, {"Units", "inches"}};
+  for (const auto& c : cases) {
+    const objsys::COSDataType* type = objsys::COSTypeRepository::getType(userview::fullNameOf(c.type).c_str());
+    EXPECT_EQ(nameOf(c.type, EnumDataTypeBase::ordinalOf(type->getDefaultValue())), c.name) << c.type;
   }
 }
 
-TEST_F(Enumerations, PredicatesAndEqualityOfTheGeneratedClasses) {
+TEST_F(Enumerations, GeneratedPredicatesTestTheirOwnOrdinal) {
   EXPECT_TRUE(ActivePosition(1).isOuterposition());
   EXPECT_FALSE(ActivePosition(1).isPosition());
-  EXPECT_TRUE(FontWeight(3).isBold());
-  EXPECT_TRUE(Units(5).isCharacters());
   EXPECT_TRUE(LineStyle(3).isDashDot());
-  EXPECT_EQ(MarkerStyle(13), MarkerStyle(13));
   EXPECT_FALSE(MarkerStyle(12) == MarkerStyle(13));
 }
 

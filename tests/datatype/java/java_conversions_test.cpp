@@ -128,43 +128,6 @@ TEST_F(JavaConversions, EveryTypesValuesCrossToTheirJavaFormAndBackEqual) {
   }
 }
 
-TEST_F(JavaConversions, PeersAreTheClassesTheTableNames) {
-  struct Case {
-    const char* type;
-    const char* literal;
-    const char* javaClass;
-    const char* javaText;
-  };
-  constexpr Case kCases[] = {
-      {"Positive", "0.5", "korvax.graphics.types.OrbDouble", "OrbDouble[0.5]"},
-      {"RGBAColor", "[1 0 0 0.5]", "korvax.graphics.types.OrbColor", "OrbColor[1.0 0.0 0.0 0.5]"},
-      {"RGBAColor", "'none'", "java.lang.String", "none"},
-      {"Point2", "[3 4]", "java.awt.Point", "java.awt.Point[x=3,y=4]"},
-      {"Point2d", "[0.5 2]", "korvax.graphics.types.OrbPoint", "OrbPoint[0.5 2.0]"},
-      {"PositivePoint3", "[1 2 3]", "korvax.graphics.types.OrbPoint3", "OrbPoint3[1.0 2.0 3.0]"},
-      {"Position", "[0 0 1 1]", "korvax.graphics.types.OrbRectangle", "OrbRectangle[0.0 0.0 1.0 1.0]"},
-      {"Rectangle2", "[1 2 3 4]", "java.awt.Rectangle", "java.awt.Rectangle[x=1,y=2,width=3,height=4]"},
-      {"Callback", "'disp'", "korvax.graphics.types.OrbCallback", "OrbCallback[disp]"},
-      {"LineStyle", "'--'", "java.lang.String", "--"},
-      {"ColorMap", "[0 0 1;1 0 0]", "[[D", "[[0.0, 0.0, 1.0], [1.0, 0.0, 0.0]]"},
-  };
-  for (const Case& c : kCases) {
-    SCOPED_TRACE(std::string(c.type) + " " + c.literal);
-    const std::string fullName = std::string("korvax.graphics.datatype.") + c.type;
-    const objsys::JavaTypeConversion& java = *objsys::JavaTypeConversion::getConversion(fullName.c_str());
-    const gui_objects::ZxArrayPtr array = cmdlang::readLiteral(c.literal);
-    const COSValue value =
-        objsys::COSTypeRepository::getConversion("any", fullName.c_str())->from(COSValue(array.get()));
-    const JavaLocalFrame local(env);
-    jobject object = java.toJava(value);
-    EXPECT_EQ(kxjClassName(env, object), c.javaClass);
-    EXPECT_EQ(kxjToString(env, object), c.javaText);
-    for (const TypeRow& row : kEveryType) {
-      if (fullName == row.fullName()) row.dataType()->destroy(value);
-    }
-  }
-}
-
 TEST_F(JavaConversions, RefusalsFromJavaCarryTheTypesIdentifiers) {
   const auto fromJava = [](const char* type, jobject object) {
     const std::string fullName = std::string("korvax.graphics.datatype.") + type;

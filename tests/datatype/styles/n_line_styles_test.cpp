@@ -12,39 +12,29 @@ using userview::setting;
 
 class LineStyleLists : public orbtest::DataTypeTest {};
 
-struct Case {
-  const char* input;
-  const char* seen;  // the read-back literal and text, or "error: <identifier>"
-};
-
 constexpr const char* kInvalidStyle = "error: Korvax:orbdatatypes:InvalidMarkerLineStyle";
 constexpr const char* kNotEnough = "error: Korvax:orbdatatypes:NotEnoughStyles";
 constexpr const char* kInvalidInput = "error: Korvax:orbdatatypes:InvalidInput";
 
-TEST_F(LineStyleLists, ArraysGiveOneStylePerName) {
-  const Case cases[] = {
-      {"'--'", "'--' | --"},
-      {"'-|--|:'", "'-|--|:' | -|--|:"},
-      {"' - | NONE '", "'-|none' | -|none"},
-      {"{'-.'; ':'}", "'-.|:' | -.|:"},
-      {"{'-', '--'}", "'-|--' | -|--"},
-      {"''", kNotEnough},
-      {"cell(1,0)", kNotEnough},
-      {"'o'", kInvalidStyle},
-      {"'-o'", kInvalidStyle},
-      {"'-||:'", kInvalidStyle},
-      {"{'-', 'x'}", kInvalidStyle},
-      {"5", kInvalidInput},
-      {"['-';':']", kInvalidInput},
-      {"cell(2,2)", kInvalidInput},
+// Arrays give one style per name, in bar-separated text or a vector cell; text is names separated by bars.
+TEST_F(LineStyleLists, ArraysAndTextsGiveOneStylePerName) {
+  const struct {
+    const char* input;  // a host literal, or a text when text is set
+    const char* seen;   // the read-back literal and text, or "error: <identifier>"
+    bool text = false;
+  } cases[] = {
+      {"'--'", "'--' | --"},           {"'-|--|:'", "'-|--|:' | -|--|:"}, {"' - | NONE '", "'-|none' | -|none"},
+      {"{'-.'; ':'}", "'-.|:' | -.|:"}, {"{'-', '--'}", "'-|--' | -|--"},  {"-.|-", "'-.|-' | -.|-", true},
+      {"''", kNotEnough},              {"cell(1,0)", kNotEnough},          {"   ", kNotEnough, true},
+      {"'o'", kInvalidStyle},          {"'-o'", kInvalidStyle},            {"'-||:'", kInvalidStyle},
+      {"{'-', 'x'}", kInvalidStyle},   {"-|", kInvalidStyle, true},        {"dots", kInvalidStyle, true},
+      {"5", kInvalidInput},            {"['-';':']", kInvalidInput},       {"cell(2,2)", kInvalidInput},
       {"{'-', 1}", kInvalidInput},
   };
-  for (const Case& c : cases) EXPECT_EQ(setting("NLineStyles", c.input), c.seen) << c.input;
-}
-
-TEST_F(LineStyleLists, TextIsNamesSeparatedByBars) {
-  const Case cases[] = {{"-.|-", "'-.|-' | -.|-"}, {"   ", kNotEnough}, {"-|", kInvalidStyle}, {"dots", kInvalidStyle}};
-  for (const Case& c : cases) EXPECT_EQ(parsing("NLineStyles", c.input), c.seen) << c.input;
+  for (const auto& c : cases) {
+    EXPECT_EQ(c.text ? parsing("NLineStyles", c.input) : setting("NLineStyles", c.input), c.seen)
+        << (c.text ? "text " : "") << c.input;
+  }
 }
 
 TEST_F(LineStyleLists, SuccessiveLinesCycleThroughTheStyles) {

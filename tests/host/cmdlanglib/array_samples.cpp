@@ -109,30 +109,16 @@ std::vector<Sample> sampleArrays() {
   ZxArrayPtr record(zxCreateStructMatrix(1, 1, 1, &field));
   samples.push_back({"absent field", std::move(record), true});
   samples.push_back({"struct array", ZxArrayPtr(zxCreateStructMatrix(1, 2, 1, &field)), true});
-  for (const char* text : {"sparse([0 2; 3 0])",
-                           "sparse(logical([0 1; 1 0]))",
-                           "sparse(zeros(0, 3))",
-                           "logical([1 0; 0 1])",
-                           "true",
-                           "reshape(int8([1 2 3 4 5 6 7 8]), 2, 2, 2)",
-                           "ones(2, 1, 2, 'logical')",
-                           "zeros(0, 3, 'uint16')",
-                           "zeros(3, 0, 2)",
-                           "complex(zeros(0, 2), zeros(0, 2))",
-                           "[]",
-                           "''",
-                           "{}",
-                           "cell(2, 0)",
-                           "reshape('', 1, 0)",
-                           "'it''s'",
-                           "['h\xC3\xA9' ; 'ab']",
-                           "'\xF0\x9F\x98\x80!'",
-                           "reshape('abcdefgh', 2, 2, 2)",
-                           "reshape({1, 'a', {}, true}, 1, 2, 2)",
-                           "{'a', {int8(1); struct('x', {2})}; [1 2], struct()}",
-                           "struct('a', [1 2], 'b', struct('c', 'd'))"}) {
-    samples.push_back({text, readLiteral(text)});
-  }
+  // clang-format off
+  const char* const kLiterals[] = {
+      "sparse([0 2; 3 0])", "sparse(logical([0 1; 1 0]))", "sparse(zeros(0, 3))", "logical([1 0; 0 1])", "true",
+      "reshape(int8([1 2 3 4 5 6 7 8]), 2, 2, 2)", "ones(2, 1, 2, 'logical')", "zeros(0, 3, 'uint16')",
+      "zeros(3, 0, 2)", "complex(zeros(0, 2), zeros(0, 2))", "[]", "''", "{}", "cell(2, 0)", "reshape('', 1, 0)",
+      "'it''s'", "['h\xC3\xA9' ; 'ab']", "'\xF0\x9F\x98\x80!'", "reshape('abcdefgh', 2, 2, 2)",
+      "reshape({1, 'a', {}, true}, 1, 2, 2)", "{'a', {int8(1); struct('x', {2})}; [1 2], struct()}",
+      "struct('a', [1 2], 'b', struct('c', 'd'))"};
+  // clang-format on
+  for (const char* text : kLiterals) samples.push_back({text, readLiteral(text)});
   return samples;
 }
 

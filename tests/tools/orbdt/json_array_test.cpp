@@ -1,14 +1,18 @@
-// Tests of ARRAY objects: the JSON written for each class, the round trip through JSON text, and the
-// refusals of malformed objects.
+// Tests of ARRAY objects: the JSON written for each class, the round trip through JSON text, the
+// refusals of malformed objects, and the bound on the bytes of a value's read-back.
 #include "orbdt/json_array.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
-#include <vector>
+#include <tuple>
+#include <utility>
 
 #include "array_samples.h"
+#include "cmdlanglib/literal.h"
+#include "orbdt/response_size.h"
 
 namespace orbdt::test {
 
@@ -19,14 +23,13 @@ using cmdlang::test::Sample;
 using cmdlang::test::sampleArrays;
 using gui_objects::ZxArrayPtr;
 using nlohmann::json;
+using ::testing::HasSubstr;
 
 namespace {
 
 TEST(ArrayToJsonTest, WritesEachClassInItsForm) {
-  static const struct {
-    const char* literal;
-    const char* json;
-  } kCases[] = {
+  const std::pair<const char*, const char*> cases[] = {
+      // literal, JSON
       {"int64([-9223372036854775808 9223372036854775807])",
        R"({"class":"int64","dims":[1,2],"re":[-9223372036854775808,9223372036854775807]})"},
       {"uint64(18446744073709551615)", R"({"class":"uint64","dims":[1,1],"re":[18446744073709551615]})"},
@@ -41,13 +44,10 @@ TEST(ArrayToJsonTest, WritesEachClassInItsForm) {
        R"({"class":"struct","dims":[1,1],"fields":["a"],
            "elements":[{"a":{"class":"logical","dims":[1,1],"re":[1]}}]})"},
   };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.literal);
-    EXPECT_EQ(arrayToJson(readLiteral(c.literal).get()), json::parse(c.json));
+  for (const auto& [literal, text] : cases) {
+    SCOPED_TRACE(literal);
+    EXPECT_EQ(arrayToJson(readLiteral(literal).get()), json::parse(text));
   }
-}
-
-TEST(ArrayToJsonTest, DescribesObjectsAndFunctionHandles) {
   const zxSize dims[] = {1, 2};
   const ZxArrayPtr objects(zxCreateObjectArray("Figure", 2, dims, nullptr));
   const ZxArrayPtr handle(zxCreateFunctionHandle("sin"));
@@ -57,47 +57,41 @@ TEST(ArrayToJsonTest, DescribesObjectsAndFunctionHandles) {
 
 TEST(ArrayFromJsonTest, EveryArrayReadsBackEqualThroughJsonText) {
   for (const Sample& sample : sampleArrays()) {
-    SCOPED_TRACE(sample.name);
     const std::string text = arrayToJson(sample.array.get()).dump();
-    SCOPED_TRACE(text);
+    SCOPED_TRACE(sample.name + ": " + text);
     EXPECT_TRUE(sameArray(arrayFromJson(json::parse(text)).get(), sample.array.get()));
   }
 }
 
 TEST(ArrayFromJsonTest, AcceptsLenientSpellingsOfExactValues) {
-  static const struct {
-    const char* json;
-    const char* literal;
-  } kCases[] = {
+  const std::pair<const char*, const char*> cases[] = {
+      // JSON, literal
       {R"({"class":"logical","dims":[1,2],"re":[true,0]})", "logical([1 0])"},
       {R"({"class":"int8","dims":[1,1],"re":[-3.0]})", "int8(-3)"},
       {R"({"class":"uint64","dims":[1,1],"re":[1e19]})", "uint64(10000000000000000000)"},
       {R"({"class":"logical","dims":[2,1],"re":[0,1],"sparse":true})", "sparse(logical([0;1]))"},
       {R"({"class":"char","dims":[1,2],"rows":["\ud83d\ude00"]})", "'\xF0\x9F\x98\x80'"},
   };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.json);
-    EXPECT_TRUE(sameArray(arrayFromJson(json::parse(c.json)).get(), readLiteral(c.literal).get()));
+  for (const auto& [text, literal] : cases) {
+    SCOPED_TRACE(text);
+    EXPECT_TRUE(sameArray(arrayFromJson(json::parse(text)).get(), readLiteral(literal).get()));
   }
 }
 
 TEST(ArrayFromJsonTest, RefusesMalformedObjectsNamingTheMember) {
-  static const struct {
-    const char* json;
-    const char* message;
-  } kCases[] = {
+  const std::pair<const char*, const char*> cases[] = {
+      // JSON, part of the message
       {"[1]", "$: expected an ARRAY object"},
       {R"({"dims":[1,1]})", "missing member 'class'"},
       {R"({"class":"quad","dims":[1,1]})", "unknown class 'quad'"},
       {R"({"class":"object","dims":[1,1],"className":"Figure"})", "cannot be recreated"},
-      {R"({"class":"function_handle","dims":[1,1],"function":"sin"})", "cannot be recreated"},
       {R"({"class":"double","dims":[1]})", "$.dims: must list at least two"},
+      {R"({"class":"double","dims":[0,4294967296,4294967296],"re":[]})", "$.dims: too many elements"},
       {R"({"class":"double","dims":[1,2],"re":[1]})", "$.re: has 1 entries where the dims need 2"},
       {R"({"class":"double","dims":[1,1],"re":[1],"extra":0})", "unexpected member 'extra'"},
       {R"({"class":"double","dims":[1,1],"re":["nan"]})", "$.re[0]: expected a number"},
       {R"({"class":"uint8","dims":[1,2],"re":[0,256]})", "$.re[1]: 256 is out of range"},
       {R"({"class":"uint64","dims":[1,1],"re":[-1]})", "out of range"},
-      {R"({"class":"int64","dims":[1,1],"re":[9223372036854775808]})", "out of range"},
       {R"({"class":"int64","dims":[1,1],"re":[9.3e18]})", "out of range"},
       {R"({"class":"int32","dims":[1,1],"re":[1.5]})", "not a whole number"},
       {R"({"class":"int32","dims":[1,1],"re":["NaN"]})", "expected an integer"},
@@ -110,23 +104,16 @@ TEST(ArrayFromJsonTest, RefusesMalformedObjectsNamingTheMember) {
       {R"({"class":"struct","dims":[1,1],"fields":["a","a"],"elements":[{}]})", "duplicate field"},
       {R"({"class":"struct","dims":[1,1],"fields":["a"],"elements":[{"b":null}]})", "unknown field 'b'"},
   };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.json);
-    try {
-      arrayFromJson(json::parse(c.json));
-      ADD_FAILURE() << "accepted";
-    } catch (const LiteralError& error) {
-      EXPECT_THAT(error.what(), ::testing::HasSubstr(c.message));
-    }
+  for (const auto& [text, message] : cases) {
+    SCOPED_TRACE(text);
+    EXPECT_THAT([text = text] { arrayFromJson(json::parse(text)); },
+                ::testing::ThrowsMessage<LiteralError>(HasSubstr(message)));
   }
 }
 
 TEST(ArrayFromJsonTest, RefusesSizesBeyondTheBudgetBeforeMakingThem) {
-  static const struct {
-    const char* json;
-    std::size_t needed;  // SIZE_MAX: more than any count
-    const char* message;
-  } kCases[] = {
+  // JSON, the bytes needed (SIZE_MAX: more than any count), part of the message.
+  const std::tuple<const char*, std::size_t, const char*> cases[] = {
       {R"({"class":"double","dims":[1000000,1000000],"re":[]})", 8000000000000, "$: a 1000000x1000000 double array"},
       {R"({"class":"double","dims":[20,20],"re":[],"im":[]})", 6400, "$: a 20x20 double array"},
       {R"({"class":"cell","dims":[1000000,1000000],"cells":[]})", 8000000000000, "$: a 1000000x1000000 cell array"},
@@ -137,24 +124,16 @@ TEST(ArrayFromJsonTest, RefusesSizesBeyondTheBudgetBeforeMakingThem) {
       {R"({"class":"cell","dims":[1,1],"cells":[{"class":"uint16","dims":[1000,1000],"re":[]}]})", 2000000,
        "$.cells[0]: a 1000x1000 uint16 array"},
   };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.json);
+  for (const auto& [text, needed, message] : cases) {
+    SCOPED_TRACE(text);
     cmdlang::ByteBudget budget(1000);
-    try {
-      arrayFromJson(json::parse(c.json), budget);
-      ADD_FAILURE() << "accepted";
-    } catch (const cmdlang::TooLargeError& error) {
-      EXPECT_EQ(error.needed(), c.needed);
-      EXPECT_EQ(error.limit(), 1000U);
-      EXPECT_THAT(error.what(), ::testing::HasSubstr(c.message));
-    }
+    const auto read = [&budget, text = text] { arrayFromJson(json::parse(text), budget); };
+    using namespace ::testing;
+    EXPECT_THAT(read,
+                Throws<cmdlang::TooLargeError>(AllOf(Property(&cmdlang::TooLargeError::needed, needed),
+                                                     Property(&cmdlang::TooLargeError::limit, 1000U),
+                                                     Property(&cmdlang::TooLargeError::what, HasSubstr(message)))));
   }
-}
-
-TEST(ArrayFromJsonTest, RefusesEmptyArraysWhoseDimensionsOverflow) {
-  cmdlang::ByteBudget budget(1 << 20);
-  EXPECT_THROW(arrayFromJson(json::parse(R"({"class":"double","dims":[0,4294967296,4294967296],"re":[]})"), budget),
-               LiteralError);
 }
 
 TEST(ArrayFromJsonTest, NestsArraysAsDeeplyAsLiterals) {
@@ -165,6 +144,36 @@ TEST(ArrayFromJsonTest, NestsArraysAsDeeplyAsLiterals) {
   };
   EXPECT_NO_THROW(arrayFromJson(nestedCells(cmdlang::kMaxLiteralDepth)));
   EXPECT_THROW(arrayFromJson(nestedCells(cmdlang::kMaxLiteralDepth + 1)), LiteralError);
+}
+
+// The bound with one text copy is at least the longer of the JSON text and the literal, and each
+// further copy adds at least that much again; arrays of every class and the longest element texts.
+TEST(ReadBackBytesTest, BoundsTheTextsOfEveryArray) {
+  std::vector<Sample> arrays = sampleArrays();
+  for (const char* literal : {
+           "[-2.2250738585072014e-308 -1.7976931348623157e308 0.1 1e15 -999999999999999]",
+           "single([-1.17549435e-38 0.1 -3.4028235e38])",
+           "complex([-0.1 2.5e-300], [NaN 1e300])",
+           "['\x01\x02\x1f' ; '\"\\a']",
+           "{struct('field_with_a_long_name', {-0.1}), 'x'}",
+           "sparse([0 -0.125; 3e-300 0])",
+       }) {
+    arrays.push_back({literal, readLiteral(literal)});
+  }
+  for (const Sample& sample : arrays) {
+    SCOPED_TRACE(sample.name);
+    const std::size_t text =
+        std::max(arrayToJson(sample.array.get()).dump().size(), cmdlang::writeLiteral(sample.array.get()).size());
+    EXPECT_GE(readBackBytes(sample.array.get(), 1), text);
+    EXPECT_GE(readBackBytes(sample.array.get(), 4), 3 * text);
+  }
+}
+
+TEST(ReadBackBytesTest, SaturatesInsteadOfWrapping) {
+  EXPECT_EQ(readBackBytes(nullptr, 4), 0U);
+  const ZxArrayPtr array(readLiteral("zeros(100, 100)"));
+  constexpr std::size_t kMax = std::numeric_limits<std::size_t>::max();
+  EXPECT_EQ(readBackBytes(array.get(), kMax), kMax);
 }
 
 }  // namespace

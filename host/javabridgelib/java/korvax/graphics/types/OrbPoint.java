@@ -1,37 +1,16 @@
 package korvax.graphics.types;
 
 /** A point in the plane. */
-public final class OrbPoint {
-  private final double x;
-  private final double y;
-
+public final class OrbPoint extends NumberPeer {
   public OrbPoint(double x, double y) {
-    this.x = x;
-    this.y = y;
+    super(x, y);
   }
 
   public double getX() {
-    return x;
+    return number(0);
   }
 
   public double getY() {
-    return y;
-  }
-
-  @Override
-  public boolean equals(Object object) {
-    if (!(object instanceof OrbPoint)) return false;
-    OrbPoint other = (OrbPoint) object;
-    return Double.compare(x, other.x) == 0 && Double.compare(y, other.y) == 0;
-  }
-
-  @Override
-  public int hashCode() {
-    return java.util.Arrays.deepHashCode(new Object[] {x, y});
-  }
-
-  @Override
-  public String toString() {
-    return "OrbPoint[" + x + " " + y + "]";
+    return number(1);
   }
 }

@@ -1,49 +1,24 @@
 package korvax.graphics.types;
 
 /** A rectangle: its corner, width and height. */
-public final class OrbRectangle {
-  private final double x;
-  private final double y;
-  private final double width;
-  private final double height;
-
+public final class OrbRectangle extends NumberPeer {
   public OrbRectangle(double x, double y, double width, double height) {
-    this.x = x;
-    this.y = y;
-    this.width = width;
-    this.height = height;
+    super(x, y, width, height);
   }
 
   public double getX() {
-    return x;
+    return number(0);
   }
 
   public double getY() {
-    return y;
+    return number(1);
   }
 
   public double getWidth() {
-    return width;
+    return number(2);
   }
 
   public double getHeight() {
-    return height;
-  }
-
-  @Override
-  public boolean equals(Object object) {
-    if (!(object instanceof OrbRectangle)) return false;
-    OrbRectangle other = (OrbRectangle) object;
-    return Double.compare(x, other.x) == 0 && Double.compare(y, other.y) == 0 && Double.compare(width, other.width) == 0 && Double.compare(height, other.height) == 0;
-  }
-
-  @Override
-  public int hashCode() {
-    return java.util.Arrays.deepHashCode(new Object[] {x, y, width, height});
-  }
-
-  @Override
-  public String toString() {
-    return "OrbRectangle[" + x + " " + y + " " + width + " " + height + "]";
+    return number(3);
   }
 }
