@@ -24,27 +24,21 @@ constexpr const char* kIncorrect = "error: Korvax:datatypes:onoffboolean:Incorre
 constexpr const char* kUnknown = "error: Korvax:datatypes:onoffboolean:UnknownOnOffBooleanValue";
 
 // Text is matched by name only; arrays may also be the numbers zero and one.
-TEST_F(Switches, OnOffTakesNamesAndTheNumbersZeroAndOneAndIsOnByDefault) {
+TEST_F(Switches, OnOffTakesNamesAndTheNumbersZeroAndOne) {
   const Case cases[] = {
-      {"'on'", "'on' | on"},         {"'OFF'", "'off' | off"},      {"' of '", "'off' | off"},
-      {"true", "'on' | on"},         {"1", "'on' | on"},            {"0", "'off' | off"},
-      {"single(0)", "'off' | off"},  {"'o'", kUnknown},             {"'yes'", kUnknown},
-      {"''", kUnknown},              {"0.5", kIncorrect},           {"NaN", kIncorrect},
-      {"[1 0]", kIncorrect},         {"complex(1,0)", kIncorrect},  {"{'on'}", kIncorrect},
-      {"['on';'on']", kIncorrect},   {"2", kIncorrect},             {" Off", "'off' | off", true},
-      {"of", "'off' | off", true},   {"1", kUnknown, true},         {"", kUnknown, true},
+      {"'on'", "'on' | on"}, {"'OFF'", "'off' | off"},      {"' of '", "'off' | off"},
+      {"1", "'on' | on"},    {"single(0)", "'off' | off"},  {"'o'", kUnknown},
+      {"''", kUnknown},      {"complex(1,0)", kIncorrect},  {"['on';'on']", kIncorrect},
+      {"2", kIncorrect},     {" Off", "'off' | off", true}, {"1", kUnknown, true},
   };
   for (const Case& c : cases) EXPECT_EQ(seen("on_off", c), c.seen) << (c.text ? "text " : "") << c.input;
-  EXPECT_EQ(*graphics::datatype::OnOffBooleanDataType::getType()->getDefaultValue().as<const signed char>(), 1);
 }
 
 TEST_F(Switches, TypeNamesMatchWithoutRegardToCase) {
   const Case cases[] = {
-      {"'Axes'", "'axes' | axes"},
       {"'fig'", "'figure' | figure"},
       {"'t'", "error: Korvax:datatypes:InvalidEnumValue"},  // text, transform
       {"''", "error: Korvax:datatypes:InvalidValue"},
-      {"3", "error: Korvax:datatypes:InvalidEnumValueFor"},
       {"LINE", "'line' | line", true},
   };
   for (const Case& c : cases) EXPECT_EQ(seen("TypeName", c), c.seen) << (c.text ? "text " : "") << c.input;

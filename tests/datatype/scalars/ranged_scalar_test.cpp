@@ -10,8 +10,6 @@ namespace {
 
 using namespace graphics::datatype;
 using orbtest::RaisesId;
-using userview::parsing;
-using userview::setting;
 
 class RangedScalars : public orbtest::DataTypeTest {};
 
@@ -31,15 +29,11 @@ TEST_F(RangedScalars, ArraysAndTextsMustBeOneFiniteRealNumber) {
     const char* seen;
     bool text = false;
   } cases[] = {
-      {"2.5", "2.5 | 2.5"},         {"-1e300", "-1e+300 | -1e+300"}, {"int8(-3)", "-3 | -3"},
-      {"single(0.5)", "0.5 | 0.5"}, {"0.1", "0.1 | 0.1", true},      {"-0", "-0 | -0", true},
-      {"Inf", kNotFinite},          {"-Inf", kNotFinite},            {"NaN", kNotFinite},
-      {"Inf", kNotFinite, true},    {"[1 2]", kNotNumber},           {"true", kNotNumber},
-      {"'1'", kNotNumber},          {"complex(1,2)", kNotNumber},    {"[]", kNotNumber},
-      {"abc", kNotNumber, true},    {"1 2", kNotNumber, true},
+      {"-1e300", "-1e+300 | -1e+300"}, {"single(0.5)", "0.5 | 0.5"}, {"-0", "-0 | -0", true}, {"-Inf", kNotFinite},
+      {"Inf", kNotFinite, true},       {"complex(1,2)", kNotNumber},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(c.text ? parsing("RangedScalar", c.input) : setting("RangedScalar", c.input), c.seen)
+    EXPECT_EQ(c.text ? userview::parsing("RangedScalar", c.input) : userview::setting("RangedScalar", c.input), c.seen)
         << (c.text ? "text " : "") << c.input;
   }
 }

@@ -106,8 +106,7 @@ std::vector<Sample> sampleArrays() {
   zxSetCell(cell.get(), 1, zxCreateDoubleScalar(1));
   samples.push_back({"absent cell", std::move(cell), true});
   const char* field = "f";
-  ZxArrayPtr record(zxCreateStructMatrix(1, 1, 1, &field));
-  samples.push_back({"absent field", std::move(record), true});
+  samples.push_back({"absent field", ZxArrayPtr(zxCreateStructMatrix(1, 1, 1, &field)), true});
   samples.push_back({"struct array", ZxArrayPtr(zxCreateStructMatrix(1, 2, 1, &field)), true});
   // clang-format off
   const char* const kLiterals[] = {

@@ -19,11 +19,8 @@ using namespace fl::i18n;
 TEST(MessageCatalog, EveryIdentifierIsUniqueAndHasAText) {
   std::set<std::string_view> seen;
   for (std::string_view id : MessageCatalog::instance().identifiers()) {
-    SCOPED_TRACE(std::string(id));
-    EXPECT_TRUE(seen.insert(id).second) << "listed twice";
-    const auto text = MessageCatalog::instance().find(id);
-    ASSERT_TRUE(text.has_value());
-    EXPECT_FALSE(text->empty());
+    EXPECT_TRUE(seen.insert(id).second) << id << " is listed twice";
+    EXPECT_FALSE(MessageCatalog::instance().find(id).value_or("").empty()) << id << " has no text";
   }
   EXPECT_GE(seen.size(), 230u);
 }
@@ -31,8 +28,7 @@ TEST(MessageCatalog, EveryIdentifierIsUniqueAndHasAText) {
 TEST(FillArguments, ReplacesNumberedPlaceholdersAndLeavesTheRest) {
   const std::tuple<const char*, std::vector<std::string>, const char*> cases[] = {
       {"'{0}' is not valid: {1}.", {"x", "'a' | 'b'"}, "'x' is not valid: 'a' | 'b'."},
-      {"{1} before {0}", {"a", "b"}, "b before a"},
-      {"{0}{0}", {"ab"}, "abab"},
+      {"{1}{0}{1}", {"a", "b"}, "bab"},
       {"missing {2}", {"a"}, "missing {2}"},
       {"not a number {x} or {} or {", {"a"}, "not a number {x} or {} or {"},
       {"{10}", {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9", "ten"}, "ten"},

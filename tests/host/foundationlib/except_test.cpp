@@ -53,13 +53,7 @@ TEST(MsgIDException, ClonesAndRethrowsKeepTypeIdentifierAndArguments) {
 }
 
 TEST(BadAlloc, IsAStandardBadAllocThatBoostCanCarry) {
-  boost::exception_ptr slot;
-  try {
-    throw fl::except::bad_alloc();
-  } catch (const std::bad_alloc&) {
-    slot = boost::current_exception();
-  }
-  EXPECT_THROW(boost::rethrow_exception(slot), std::bad_alloc);
+  EXPECT_THROW(boost::rethrow_exception(boost::copy_exception(fl::except::bad_alloc())), std::bad_alloc);
 }
 
 }  // namespace

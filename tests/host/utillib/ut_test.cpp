@@ -24,8 +24,7 @@ TEST(UtAllocation, FreeAcceptsEveryCHeapBlockAndNull) {
 }
 
 TEST(UtPrintf, CapturesNestAndRestoreTheirPredecessor) {
-  std::string outer;
-  std::string inner;
+  std::string outer, inner;
   {
     ut::PrintCapture outerCapture([&](std::string_view text) { outer += text; });
     utPrintf("%s %d|", "one", 1);

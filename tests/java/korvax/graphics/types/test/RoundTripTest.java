@@ -111,12 +111,9 @@ public class RoundTripTest {
     mauve.put("mauve", new double[] {0.5, 0.2, 0.7});
     Object[][] cases = {
       {"Positive", new OrbDouble(0.5), new OrbDouble(0.5)},
-      {"PositiveInteger", new OrbDouble(3), new OrbDouble(3)},
       {"RGBAColor", new OrbColor(1, 0, 0, 0.5), new OrbColor(1, 0, 0, 0.5)},
       {"RGBAColor", "r", new OrbColor(1, 0, 0, 1)},
       {"RGBAColor", "none", "none"},
-      {"MarkerColor", "auto", "auto"},
-      {"MeshAlpha", new OrbDouble(0.25), new OrbDouble(0.25)},
       {"LineStyle", "--", "--"},
       {"on_off", "on", "on"},
       {"Point2", new Point(3, 4), new Point(3, 4)},
@@ -124,10 +121,8 @@ public class RoundTripTest {
       {"Position", new OrbRectangle(0.25, 0.5, 0.125, 0.25), new OrbRectangle(0.25, 0.5, 0.125, 0.25)},
       {"Rectangle2", new Rectangle(1, 2, 3, 4), new Rectangle(1, 2, 3, 4)},
       {"ColorMap", new double[][] {{0, 0, 1}, {1, 0, 0}}, new double[][] {{0, 0, 1}, {1, 0, 0}}},
-      {"Tick", new double[] {0, 0.5, 1}, new double[] {0, 0.5, 1}},
       {"PrimitiveColorData", new OrbUnsigned(8, new short[][] {{255}, {0}, {0}, {255}}),
         new OrbUnsigned(8, new short[][] {{255}, {0}, {0}, {255}})},
-      {"TextString", "hello", "hello"},
       {"Callback", new OrbCallback("disp"), new OrbCallback("disp")},
     };
     for (Object[] c : cases) {
