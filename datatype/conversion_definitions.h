@@ -56,7 +56,13 @@ objsys::COSValue ArrayConversion<Rules>::from(objsys::COSValue array) const {
 template <class Rules>
 objsys::COSValue TextConversion<Rules>::to(objsys::COSValue value) const {
   const auto* held = value.as<const typename Rules::Value>();
-  if (held == nullptr) return objsys::COSValue();
+  if (held == nullptr) {
+    if constexpr (requires { Rules::noValueText(); }) {
+      return newTextValue(Rules::noValueText());
+    } else {
+      return objsys::COSValue();
+    }
+  }
   const std::optional<std::string> text = Rules::toText(*held);
   return text ? newTextValue(*text) : objsys::COSValue();
 }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <sstream>
 
 #include "foundationlib/except.h"
 #include "foundationlib/i18n/unicode.h"
@@ -33,6 +34,12 @@ std::string textWithVisibleNuls(const zxArray* charArray) {
     }
   }
   return fl::i18n::utf16ToUtf8(shown);
+}
+
+std::string streamInserted(double value) {
+  std::ostringstream out;
+  out << value;
+  return std::move(out).str();
 }
 
 objsys::COSValue newTextValue(std::string_view text) {

@@ -26,6 +26,10 @@ bool holdsNul(const zxArray* charArray);
 // The text of a char array as a message shows it, each NUL written as \0.
 std::string textWithVisibleNuls(const zxArray* charArray);
 
+// A number as the standard stream insertion writes it (six significant digits): "0.5", "1.23457e+08",
+// "-inf", "nan". The texts that the types' rules fix are written this way, not in the shortest form.
+std::string streamInserted(double value);
+
 // A slot holding a new C-heap copy of text (the caller frees it with utFree); out of memory raises.
 objsys::COSValue newTextValue(std::string_view text);
 

@@ -16,8 +16,8 @@
 //   static zxArray* noValueArray();                      what an empty slot reads back as
 //   static Value fromText(const char* text);             or std::optional<Value>: nullopt stores nothing
 //   static std::optional<std::string> toText(const Value& value);   nullopt gives no text
-// and, only where nothing (a null array or text) still makes a value:
-//   static Value fromNoArray();   static Value fromNoText();
+// and, only where nothing (a null array or text) still makes a value, or an empty slot has a text:
+//   static Value fromNoArray();   static Value fromNoText();   static std::string noValueText();
 //
 // The members are defined in the library only (conversion_definitions.h), one instantiation per type.
 #pragma once

@@ -13,6 +13,7 @@
 #include <cstddef>
 
 #include "datatype/export.h"
+#include "datatype/type_facts.h"
 #include "datatype/value_block.h"
 #include "objsys/cos_data_type.h"
 
@@ -30,6 +31,8 @@ template <class Derived, class Value>
 class ORB_EXPORT BasicDataType : public objsys::COSDataType {
  public:
   using ValueType = Value;
+  // The usual facts; a type that differs states its own kFacts beside its declaration.
+  static constexpr TypeFacts kFacts{};
 
   // The process-wide singleton, created on first use and never deleted (the class system keeps it).
   static Derived* getType();

@@ -6,9 +6,7 @@
 #include <new>
 #include <string>
 
-#include "datatype/conversion_definitions.h"
 #include "datatype/data_type_base.h"
-#include "datatype/enums/enum_value.h"
 
 namespace graphics::datatype {
 
@@ -37,23 +35,7 @@ objsys::COSValue BasicDataType<Derived, Value>::getDefaultValue() const {
   return cached;
 }
 
-template <class E>
-EnumValueDataType<E>* EnumValueDataType<E>::getType() {
-  static EnumValueDataType* const instance = new (std::nothrow) EnumValueDataType();
-  return instance;
-}
-
-template <class E>
-const char* EnumValueDataType<E>::getDataTypeName() {
-  static const std::string fullName = std::string(kPackageName) + "." + E::info().name;
-  return fullName.c_str();
-}
-
 }  // namespace graphics::datatype
 
 // Instantiates the data type's out-of-line members in this source, exported from the library.
 #define ORB_DEFINE_DATA_TYPE(DataType) template class graphics::datatype::BasicDataType<DataType, DataType::ValueType>;
-// The same for an enumerated property type E, with its conversions.
-#define ORB_DEFINE_ENUM_DATA_TYPE(E)                       \
-  template class graphics::datatype::EnumValueDataType<E>; \
-  ORB_DEFINE_CONVERSIONS(graphics::datatype::EnumRules<E>)

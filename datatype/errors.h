@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "arraylib/zxerror.h"
 #include "foundationlib/except.h"
@@ -44,10 +43,6 @@ template <class Id, class... Args>
 [[noreturn]] void raise(const Args&... arguments) {
   throw detail::RaisedError<Id>(arguments...);
 }
-
-// Every identifier the library declares, and so every one it can raise: the catalogue of errors.def
-// and the identifiers generated from the shaped array rows.
-std::vector<std::string> declaredIdentifiers();
 
 // Raises an identifier together with a text of the library's own (the identifier's catalog text
 // does not apply).

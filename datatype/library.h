@@ -3,6 +3,7 @@
 #pragma once
 
 #include "datatype/export.h"
+#include "datatype/type_facts.h"
 #include "objsys/cos_data_type.h"
 #include "objsys/cos_package.h"
 
@@ -21,6 +22,9 @@ ORB_EXPORT void orbdatatypesShutdownForStandalone();
 ORB_EXPORT extern const char* const orbdatatypes_version;
 // The build date as "Mmm dd yyyy", the day padded with a blank.
 ORB_EXPORT extern const char* const orbdatatypes_build_date;
+// The facts of the registered type with the full name ("korvax.graphics.datatype.MeshAlpha"), or null:
+// what a host's tools show of a type beyond its data type (its text form, its Java form, ...).
+ORB_EXPORT const graphics::datatype::TypeFacts* orbdatatypes_type_facts(const char* fullName);
 }
 
 namespace graphics::datatype {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "arraylib/zxerror.h"
-#include "datatype/all_types.h"
+#include "datatype/all/all_types.h"
 #include "datatype/library.h"
 #include "foundationlib/i18n/catalog.h"
 #include "fuzz_support.h"

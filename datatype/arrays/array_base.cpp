@@ -7,9 +7,12 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <string>
 #include <utility>
 
 #include "arraylib/zxdispatch.h"
+#include "datatype/data_type_base.h"
+#include "datatype/java_conversion.h"
 #include "datatype/value_block.h"
 #include "foundationlib/except.h"
 #include "objsys/cos_type_conversion.h"
@@ -200,6 +203,10 @@ void MinMaxArrayBase::scan(bool stopAtNonFinite) const {
   } else {
     scanState_ = ScanState::allFinite;
   }
+}
+
+objsys::JavaTypeConversion* ArrayBase::createJavaConverter(const objsys::COSDataType* type, const char* javaForm) {
+  return new PeerJavaConversion(std::string(kPackageName) + "." + type->getName(), nullptr, javaForm);
 }
 
 }  // namespace graphics::datatype

@@ -31,6 +31,8 @@ class ORB_EXPORT ShapedArrayDataType : public BasicDataType<Derived, T> {
  public:
   // Deliberately smaller than the value block, which holds the whole value object.
   static constexpr std::size_t kValueSizeInBytes = 4;
+  // The text is the class system's text of the held array, which reads back in the type's parse class.
+  static constexpr TypeFacts kFacts{.text = TextForm::fixed};
   static T makeDefaultValue() { return T(); }
 
   // The default text parsed by the type's own string conversion, once; later calls share it. Defined

@@ -17,10 +17,10 @@ namespace graphics::datatype {
 namespace {
 
 // "alpha" is accepted by matching but never offered.
-constexpr StyleEntry kStyles[] = {{MeshAlphaStyle::alpha, "alpha", 1},
-                                  {MeshAlphaStyle::flat, "flat", 0},
-                                  {MeshAlphaStyle::interp, "interp", 0},
-                                  {MeshAlphaStyle::texturemap, "texturemap", 0}};
+constexpr StyleEntry kStyles[] = {{MeshAlphaStyle::alpha, "alpha", EnumStatus::hidden},
+                                  {MeshAlphaStyle::flat, "flat"},
+                                  {MeshAlphaStyle::interp, "interp"},
+                                  {MeshAlphaStyle::texturemap, "texturemap"}};
 
 }  // namespace
 
@@ -94,9 +94,7 @@ struct MeshAlphaRules {
   static MeshAlpha fromText(const char* text) { return MeshAlpha::fromText(text); }
   static std::optional<std::string> toText(const MeshAlpha& alpha) {
     if (alpha.getStyle() != MeshAlphaStyle::alpha) return MeshAlphaStyle::nameOf(alpha.getStyle());
-    std::ostringstream out;
-    out << alpha.getAlpha();
-    return out.str();
+    return streamInserted(alpha.getAlpha());
   }
 };
 

@@ -54,6 +54,8 @@ class ORB_EXPORT MeshAlphaDataType : public NamedStylesDataType<MeshAlphaDataTyp
   static constexpr const char* kName = "MeshAlpha";
   static constexpr const char* kClassName = "MeshAlphaDataType";
   static constexpr std::size_t kValueSizeInBytes = 16;
+  // A mode's name, or the number as the stream writes it; shown as a number.
+  static constexpr TypeFacts kFacts{.text = TextForm::fixed, .javaPeer = &java_peers::OrbDouble};
   static MeshAlpha makeDefaultValue() { return MeshAlpha(); }
 };
 

@@ -37,7 +37,7 @@ struct ColorIds;
 #include "datatype/color/styled_colors.def"
 #undef ORB_COLOR_IDS
 
-#define ORB_COLOR_STYLE(enumerator, name, number, status) StyleEntry{number, name, status},
+#define ORB_COLOR_STYLE(enumerator, name, number, status) StyleEntry{number, name, EnumStatus::status},
 #define ORB_STYLED_COLOR(Type, Ids, CountId, MaxElements, ...) constexpr StyleEntry k##Type##Styles[] = {__VA_ARGS__};
 #define ORB_COLOR_LIST(Type, Ids, CountId, ...) constexpr StyleEntry k##Type##Styles[] = {__VA_ARGS__};
 #include "datatype/color/styled_colors.def"
@@ -184,6 +184,16 @@ StyledColor<StyleClass>::StyledColor(std::string_view text) {
 }
 
 #define ORB_STYLED_COLOR(Type, ...) template class StyledColor<Type##Style>;
+#define ORB_COLOR_LIST(Type, ...)
+#define ORB_COLOR_STYLE(...)
+#include "datatype/color/styled_colors.def"
+
+#define ORB_STYLED_COLOR(Type, ...)                                                                  \
+  std::optional<std::array<double, 4>> Type##DataType::javaNumbers(objsys::COSValue value) {         \
+    const Type& color = *value.as<const Type>();                                                     \
+    if (color.getStyle() != Type##Style::color) return std::nullopt;                                 \
+    return std::array<double, 4>{color.getRed(), color.getGreen(), color.getBlue(), color.getAlpha()}; \
+  }
 #define ORB_COLOR_LIST(Type, ...)
 #define ORB_COLOR_STYLE(...)
 #include "datatype/color/styled_colors.def"

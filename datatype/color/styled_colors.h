@@ -4,6 +4,7 @@
 // rows of styled_colors.def.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -104,22 +105,31 @@ class ORB_EXPORT RGBMatrixFlatNoneColor {
 // Data types and conversions of every row. Arrays: a style name, a color name or numbers as text, or
 // a numeric or logical array of components (integer classes scaled to [0, 1]); read back as the
 // style's name or a row (a matrix for the list) of doubles. Text: the same text rule; written as the
-// style's name or "[ r g b ]" ("[ r g b ; ... ]" for the list), without alpha.
-#define ORB_COLOR_TYPE(Type, SizeInBytes)                                                           \
+// style's name or "[ r g b ]" ("[ r g b ; ... ]" for the list), without alpha; the numbers as %g
+// writes them, as the color rule fixes. A one-color value crosses to Java as an OrbColor with its alpha.
+// A type offers its names only where some style is offered (RGBAColor accepts "none" and "color" but
+// offers neither).
+#define ORB_COLOR_TYPE(Type, SizeInBytes, Peer, OffersNames, ...)                                   \
   class ORB_EXPORT Type##DataType : public NamedStylesDataType<Type##DataType, Type, Type##Style> { \
    public:                                                                                          \
     static constexpr const char* kName = #Type;                                                     \
     static constexpr const char* kClassName = #Type "DataType";                                     \
     static constexpr std::size_t kValueSizeInBytes = SizeInBytes;                                   \
+    static constexpr TypeFacts kFacts{.text = TextForm::fixed, .javaPeer = Peer, .offersNames = OffersNames}; \
     static Type makeDefaultValue() { return Type(); }                                               \
+    __VA_ARGS__                                                                                     \
   };                                                                                                \
   struct ORB_EXPORT Type##Rules;                                                                    \
   class ORB_EXPORT Type##MC final : public ArrayConversion<Type##Rules> {};                         \
   class ORB_EXPORT Type##SC final : public TextConversion<Type##Rules> {};
-#define ORB_STYLED_COLOR(Type, ...) ORB_COLOR_TYPE(Type, 40)
-#define ORB_COLOR_LIST(Type, ...) ORB_COLOR_TYPE(Type, 16)
-#define ORB_COLOR_STYLE(...)
+#define ORB_COLOR_STYLE(enumerator, name, number, status) || EnumStatus::status == EnumStatus::offered
+// The color with its alpha, which the array form leaves out; nothing for a style.
+#define ORB_JAVA_NUMBERS static std::optional<std::array<double, 4>> javaNumbers(objsys::COSValue value);
+#define ORB_STYLED_COLOR(Type, Ids, CountId, MaxElements, ...) \
+  ORB_COLOR_TYPE(Type, 40, &java_peers::OrbColor, (false __VA_ARGS__), ORB_JAVA_NUMBERS)
+#define ORB_COLOR_LIST(Type, Ids, CountId, ...) ORB_COLOR_TYPE(Type, 16, nullptr, (false __VA_ARGS__))
 #include "datatype/color/styled_colors.def"
 #undef ORB_COLOR_TYPE
+#undef ORB_JAVA_NUMBERS
 
 }  // namespace graphics::datatype

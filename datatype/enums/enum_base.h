@@ -8,6 +8,13 @@
 
 namespace graphics::datatype {
 
+// The statuses of an enumeration's names, as the family tables write them.
+struct EnumStatus {
+  static constexpr int offered = 0;  // matched, and listed among the possible values
+  static constexpr int hidden = 1;   // matched, never listed
+  static constexpr int warned = 2;   // matched with a warning, never listed
+};
+
 // An enumerated value: one signed 8-bit ordinal. Concrete types add operator== and predicates named
 // after their elements.
 class ORB_EXPORT EnumBase {

@@ -2,11 +2,11 @@
 // enum_types.def.
 #include "datatype/enums/enum_types.h"
 
-#include "datatype/data_type_definitions.h"
+#include "datatype/enums/enum_value_definitions.h"
 
 namespace graphics::datatype {
 
-#define ORB_ENUM(Predicate, name, ordinal, status) EnumElement{name, ordinal, status},
+#define ORB_ENUM(Predicate, name, ordinal, status) EnumElement{name, ordinal, EnumStatus::status},
 #define ORB_ENUM_TYPE(Type, defaultOrdinal, ...)                              \
   const EnumTypeInfo& Type::info() {                                          \
     static constexpr EnumElement kElements[] = {__VA_ARGS__};                 \

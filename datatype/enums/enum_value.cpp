@@ -60,9 +60,9 @@ const OrbTypedEnumStringType& EnumDataTypeBase::enumType() const {
     auto* type = new (std::nothrow) OrbTypedEnumStringType(const_cast<EnumDataTypeBase*>(this));
     if (type == nullptr) throw fl::except::bad_alloc();
     for (const EnumElement& element : info_.elements) {
-      if (element.status == 0) {
+      if (element.status == EnumStatus::offered) {
         type->addElement(makeValue(element.ordinal), element.name);
-      } else if (element.status == 2) {
+      } else if (element.status == EnumStatus::warned) {
         auto* warning =
             new (std::nothrow) EnumValueWarningMessage(element.warningId != nullptr ? element.warningId : "");
         if (warning == nullptr) throw fl::except::bad_alloc();

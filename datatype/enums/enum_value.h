@@ -12,6 +12,7 @@
 #include "datatype/enums/enum_base.h"
 #include "datatype/enums/orb_typed_enum_string_type.h"
 #include "datatype/export.h"
+#include "datatype/type_facts.h"
 #include "objsys/cos_data_type.h"
 
 namespace graphics::datatype {
@@ -19,8 +20,8 @@ namespace graphics::datatype {
 struct EnumElement {
   const char* name;
   signed char ordinal;
-  EnumerationStatus status;
-  // For status 2: the warning identifier issued when an array selects the element.
+  EnumerationStatus status = EnumStatus::offered;
+  // For a warned element: the warning identifier issued when an array selects the element.
   const char* warningId = nullptr;
 };
 
@@ -34,6 +35,9 @@ struct EnumTypeInfo {
 // Values are one-byte blocks holding the ordinal; a null slot is the empty value.
 class ORB_EXPORT EnumDataTypeBase : public objsys::COSDataType {
  public:
+  // A value's text is its element's name; it crosses to Java as that name.
+  static constexpr TypeFacts kFacts{.text = TextForm::fixed, .javaForm = "java.lang.String"};
+
   const char* getDeclarationName() const override { return info_.name; }
   const char* getName() const override { return info_.name; }
   const char* getDataTypeName() const { return fullName_.c_str(); }

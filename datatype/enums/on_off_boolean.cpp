@@ -6,13 +6,13 @@
 
 #include "arraylib/zxarray.h"
 #include "datatype/conversion_support.h"
-#include "datatype/data_type_definitions.h"
+#include "datatype/enums/enum_value_definitions.h"
 #include "datatype/errors.h"
 
 namespace graphics::datatype {
 
 const EnumTypeInfo& OnOffBoolean::info() {
-  static constexpr EnumElement kElements[] = {{"on", 1, 0}, {"off", 0, 0}};
+  static constexpr EnumElement kElements[] = {{"on", 1}, {"off", 0}};
   static constexpr EnumTypeInfo kInfo = {kName, kElements, 1};
   return kInfo;
 }

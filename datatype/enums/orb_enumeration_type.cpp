@@ -32,7 +32,7 @@ class OrbIntEnumerationType : public OrbEnumerationType {
 
   objsys::COSValue elementValue(int index, bool warn) const override {
     const auto at = static_cast<std::size_t>(index);
-    if (warn && statuses_[at] == 2) warnings_[at]->throwWarning();
+    if (warn && statuses_[at] == EnumStatus::warned) warnings_[at]->throwWarning();
     return values_[at];
   }
 
@@ -53,7 +53,7 @@ class OrbIntEnumerationType : public OrbEnumerationType {
 
   int getVisibleLength() const override {
     int visible = 0;
-    for (EnumerationStatus status : statuses_) visible += status == 0 ? 1 : 0;
+    for (EnumerationStatus status : statuses_) visible += status == EnumStatus::offered ? 1 : 0;
     return visible;
   }
 
@@ -100,7 +100,7 @@ class OrbObjectEnumerationType : public OrbIntEnumerationType {
   objsys::COSDataType* type_;
 };
 
-// The cursor over the offered (status 0) values; the values stay owned by the enumeration.
+// The cursor over the offered values; the values stay owned by the enumeration.
 class VisibleEnum : public objsys::COSEnumeration {
  public:
   explicit VisibleEnum(const OrbIntEnumerationType& enumeration) : enumeration_(enumeration) { skipHidden(); }

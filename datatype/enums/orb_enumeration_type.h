@@ -13,8 +13,8 @@ namespace graphics::datatype {
 
 using objsys::EnumerationStatus;
 
-// The implementation interface of every enumeration. Elements of status 0 are offered; other
-// statuses are accepted by matching but not offered; status 2 elements warn when used with warn set.
+// The implementation interface of every enumeration. Offered elements are listed; other
+// statuses are accepted by matching but not listed; warned elements warn when used with warn set.
 class ORB_EXPORT OrbEnumerationType : public objsys::EnumerationType {
  public:
   ~OrbEnumerationType() override;
@@ -24,16 +24,16 @@ class ORB_EXPORT OrbEnumerationType : public objsys::EnumerationType {
   void setGrandfatheredWarningFlag(const char*) override {}
   const char* getEnumGrandfatheredMessage(const char*) const override { return nullptr; }
 
-  // Appends an element of status 2 that hands warning out when used (the type object keeps it).
+  // Appends a warned element that hands warning out when used (the type object keeps it).
   virtual void addElement(objsys::COSValue value, const char* name, EnumValueWarningMessage* warning) = 0;
   virtual void addElement(objsys::COSValue value, const char* name, EnumerationStatus status) = 0;
   virtual void addElement(objsys::COSValue value, const char* name) = 0;
-  // The value findElement selects (the empty value when none); with warn, a status-2 element warns first.
+  // The value findElement selects (the empty value when none); with warn, a warned element warns first.
   virtual objsys::COSValue getEnumValue(const char* name, bool warn) const = 0;
   using objsys::EnumerationType::getEnumValue;
-  // The number of elements a walk of the possible values yields (status 0).
+  // The number of elements a walk of the possible values yields (the offered ones).
   virtual int getVisibleLength() const = 0;
-  // A new cursor over the values of the status-0 elements in order of addition.
+  // A new cursor over the values of the offered elements in order of addition.
   virtual objsys::COSEnumeration* getPossibleValues() const = 0;
   // The index of the element the name selects (see NameMatcher), or -1.
   virtual int findElement(const char* name) const = 0;
@@ -46,7 +46,7 @@ class ORB_EXPORT OrbEnumerationType : public objsys::EnumerationType {
   // The name of element index, in order of addition, and its status.
   virtual const char* elementName(int index) const = 0;
   virtual EnumerationStatus elementStatus(int index) const = 0;
-  // The stored value of element index; with warn, a status-2 element warns first.
+  // The stored value of element index; with warn, a warned element warns first.
   virtual objsys::COSValue elementValue(int index, bool warn) const = 0;
 };
 

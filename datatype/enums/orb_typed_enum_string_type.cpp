@@ -1,7 +1,11 @@
 // The enumeration of an enumerated property type, its cache and its errors.
 #include "datatype/enums/orb_typed_enum_string_type.h"
 
+#include <string>
+
 #include "datatype/conversion_support.h"
+#include "datatype/data_type_base.h"
+#include "datatype/java_conversion.h"
 #include "datatype/errors.h"
 
 namespace graphics::datatype {
@@ -39,6 +43,11 @@ void errorForInvalidValue(const OrbTypedEnumStringType& type) {
 std::string getStringFromZxArray(const zxArray* array) {
   const ArrayText text = textOfCharArray(array);
   return text != nullptr ? std::string(text.get()) : std::string();
+}
+
+objsys::JavaTypeConversion* OrbTypedEnumStringType::createJavaConverter(const OrbTypedEnumStringType* type,
+                                                                        const char* javaForm) {
+  return new PeerJavaConversion(std::string(kPackageName) + "." + type->getName(), nullptr, javaForm);
 }
 
 }  // namespace graphics::datatype

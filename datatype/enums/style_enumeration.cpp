@@ -36,7 +36,7 @@ const char* StyleEnumeration::nameOf(int value) const {
 std::vector<std::string_view> StyleEnumeration::offeredNames() const {
   std::vector<std::string_view> names;
   for (int i = 0; i < enumeration_->getEnumLength(); ++i) {
-    if (enumeration_->elementStatus(i) == 0) names.emplace_back(enumeration_->elementName(i));
+    if (enumeration_->elementStatus(i) == EnumStatus::offered) names.emplace_back(enumeration_->elementName(i));
   }
   return names;
 }

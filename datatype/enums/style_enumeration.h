@@ -17,7 +17,7 @@ namespace graphics::datatype {
 struct StyleEntry {
   int value;
   const char* name;
-  EnumerationStatus status;  // 0 offered; 1 accepted by matching but not offered
+  EnumerationStatus status = EnumStatus::offered;
 };
 
 // A style's names matched by the enumeration rule, and the names it offers.
@@ -28,7 +28,7 @@ class ORB_EXPORT StyleEnumeration {
   std::optional<int> find(std::string_view text) const;
   // The name of the style, or null.
   const char* nameOf(int value) const;
-  // The names of status 0, in order.
+  // The offered names, in order.
   std::vector<std::string_view> offeredNames() const;
   // The offered names as messages list them: 'flat' | 'interp'.
   const std::string& validValues() const { return validValues_; }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "datatype/conversion_definitions.h"
+#include "datatype/conversion_support.h"
 #include "datatype/data_type_definitions.h"
 #include "datatype/geometry/geometry_support.h"
 #include "guilib/convert_from_string_utils.h"
@@ -40,7 +41,9 @@ struct BoundingVolumeRules {
   static std::optional<std::string> toText(const BoundingVolume& value) {
     const gui_objects::BoundingVolume& box = value.asBoundingVolume();
     const double corners[] = {box.getXMin(), box.getYMin(), box.getZMin(), box.getXMax(), box.getYMax(), box.getZMax()};
-    return geometry::numbersText(corners, 3, "[ ", " ; ", " ]");
+    std::string text = "[";
+    for (std::size_t i = 0; i < std::size(corners); ++i) text += (i == 3 ? " ; " : " ") + streamInserted(corners[i]);
+    return text + " ]";
   }
 };
 

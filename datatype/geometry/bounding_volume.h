@@ -31,6 +31,8 @@ class ORB_EXPORT BoundingVolumeDataType : public BasicDataType<BoundingVolumeDat
   static constexpr const char* kClassName = "BoundingVolumeDataType";
   // The size the type has always reported, larger than the six doubles it holds.
   static constexpr std::size_t kValueSizeInBytes = 56;
+  // "[ xmin ymin zmin ; xmax ymax zmax ]", the numbers as the stream writes them.
+  static constexpr TypeFacts kFacts{.text = TextForm::fixed};
   static BoundingVolume makeDefaultValue() { return BoundingVolume(); }
 };
 

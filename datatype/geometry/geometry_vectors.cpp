@@ -28,11 +28,16 @@ using Numbers = std::array<double, N>;
 
 // Truncated toward zero by guilib's Point2d::asPoint2i: NaN, infinities and out-of-range numbers give
 // INT32_MIN.
+// Written as decimal integers, and an absent point as the origin.
 struct TruncatedPoint2 {
   static constexpr std::size_t kCount = 2;
   static constexpr bool kChecksText = false;
   static gui_objects::Point2i make(const Numbers<2>& n) { return gui_objects::Point2d{n[0], n[1]}.asPoint2i(); }
   static Numbers<2> numbersOf(const gui_objects::Point2i& p) { return {double(p.x), double(p.y)}; }
+  static std::string text(const gui_objects::Point2i& p) {
+    return "[" + std::to_string(p.x) + " " + std::to_string(p.y) + "]";
+  }
+  static std::string noValueText() { return text({0, 0}); }
 };
 
 // Coordinates in order. Text is taken as parsed, unchecked, deliberately: only arrays are checked.
@@ -127,7 +132,7 @@ Numbers<N> parseRow(const char* text) {
 
 template <class DataType>
 struct VectorRow;
-#define ORB_GEOMETRY_VECTOR(Name, Value, Size, LayoutType, NullId, ClassId, ShapeId, DataId, ...) \
+#define ORB_GEOMETRY_VECTOR(Name, Value, Size, Facts, LayoutType, NullId, ClassId, ShapeId, DataId, ...) \
   template <>                                                                                     \
   struct VectorRow<Name##DataType> {                                                              \
     using Layout = LayoutType;                                                                    \
@@ -136,10 +141,10 @@ struct VectorRow;
   };
 #include "datatype/geometry/geometry_vectors.def"
 
-// One component agrees with another within round-off. Equal components agree first, so that an
-// infinity agrees with itself (its difference would be NaN); NaN agrees with nothing.
+// One component agrees with another within round-off, relative to the larger magnitude (at least 1).
+// Every component goes through the formula, so NaN and infinities agree with nothing, not even
+// themselves: |Inf - Inf| is NaN.
 bool agrees(double p, double q) {
-  if (p == q) return true;
   const double scale = std::max({std::fabs(p), std::fabs(q), 1.0});
   return std::fabs(p - q) / scale < 1e-12;
 }
@@ -205,8 +210,16 @@ struct VectorRules {
     }
   }
   static std::optional<std::string> toText(const Value& value) {
-    const Numbers numbers = Layout::numbersOf(value);
-    return geometry::numbersText(numbers, kCount, "[", "; ", "]");
+    if constexpr (requires { Layout::text(value); }) {
+      return Layout::text(value);
+    } else {
+      return geometry::numbersText(Layout::numbersOf(value), kCount, "[", "; ", "]");
+    }
+  }
+  static std::string noValueText()
+    requires requires { Layout::noValueText(); }
+  {
+    return Layout::noValueText();
   }
 };
 

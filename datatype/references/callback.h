@@ -19,6 +19,11 @@ class ORB_EXPORT CallbackDataType : public BasicDataType<CallbackDataType, gui_o
   static constexpr const char* kName = "Callback";
   static constexpr const char* kClassName = "CallbackDataType";
   static constexpr std::size_t kValueSizeInBytes = 40;
+  // No text form; the default is no callback; every failure to build one is CreateCallback.
+  static constexpr TypeFacts kFacts{.text = TextForm::none,
+                                    .defaultHoldsValue = false,
+                                    .failuresBecome = "Korvax:datatypes:callback:CreateCallback",
+                                    .javaPeer = &java_peers::OrbCallback};
   // Only the base's cached default would use it; this type's default is no callback.
   static gui_objects::MCallback makeDefaultValue() { return {}; }
 

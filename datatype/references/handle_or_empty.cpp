@@ -173,6 +173,8 @@ struct NoTextForm {
   [[noreturn]] static std::optional<std::string> toText(const Value&) {
     raise<Korvax::datatypes::handleoremptydatatype::DataTypeToString>();
   }
+  // Not even an empty slot has a text.
+  [[noreturn]] static std::string noValueText() { raise<Korvax::datatypes::handleoremptydatatype::DataTypeToString>(); }
   static zxArray* noValueArray() { return objsys::omCreateOBJSYSEmpty(objsys::kPlaceholderClassName); }
 };
 

@@ -67,6 +67,8 @@ class ORB_EXPORT HandleOrEmptyDataType : public BasicDataType<HandleOrEmptyDataT
   static constexpr const char* kName = "HandleOrEmpty";
   static constexpr const char* kClassName = "HandleOrEmptyDataType";
   static constexpr std::size_t kValueSizeInBytes = 8;
+  // A reference has no text: every conversion to text is refused, an empty slot's too.
+  static constexpr TypeFacts kFacts{.text = TextForm::refused};
   static HandleOrEmpty makeDefaultValue() { return HandleOrEmpty(); }
 
   // A failure while comparing is raised as "Korvax:datatypes:handleoremptydatatype:IsEqualException".
@@ -90,6 +92,7 @@ class ORB_EXPORT COSInterfaceDataType : public BasicDataType<COSInterfaceDataTyp
   static constexpr const char* kName = "COSInterface";
   static constexpr const char* kClassName = "COSInterfaceDataType";
   static constexpr std::size_t kValueSizeInBytes = 4;
+  static constexpr TypeFacts kFacts{.text = TextForm::refused};
   static objsys::COSInterfacePtr makeDefaultValue() { return {}; }
 
   bool canContainInterfaces() override { return true; }

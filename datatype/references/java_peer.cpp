@@ -43,14 +43,6 @@ bool JavaPeer::operator==(const JavaPeer& other) const {
   return GetJNIEnv()->IsSameObject(reference_.get(), other.reference_.get()) == JNI_TRUE;
 }
 
-// A slot without a value and a value that refers to nothing are both "no object".
-bool JavaPeerDataType::isEqual(objsys::COSValue a, objsys::COSValue b) const {
-  static const JavaPeer nothing;
-  const auto* first = a.as<const JavaPeer>();
-  const auto* second = b.as<const JavaPeer>();
-  return (first != nullptr ? *first : nothing) == (second != nullptr ? *second : nothing);
-}
-
 struct JavaPeerRules {
   using Value = JavaPeer;
   static JavaPeer fromArray(const zxArray& array) {

@@ -24,7 +24,7 @@ class ORB_EXPORT JavaPeer {
   JavaPeer& operator=(JavaPeer&& other) noexcept = default;
   virtual ~JavaPeer();
 
-  // The same Java object (IsSameObject), or both referring to nothing.
+  // IsSameObject of the two objects, which holds for two values that refer to nothing.
   bool operator==(const JavaPeer& other) const;
 
   // The global reference, shared while the caller holds it; empty when the value refers to nothing.
@@ -35,16 +35,26 @@ class ORB_EXPORT JavaPeer {
   boost::shared_ptr<_jobject> reference_;
 };
 
-// Values compare by Java object identity (IsSameObject); the default is no value.
+// Values compare by Java object identity (IsSameObject); an empty slot equals only another empty slot,
+// not a value that refers to nothing. The default is no value.
 class ORB_EXPORT JavaPeerDataType : public BasicDataType<JavaPeerDataType, JavaPeer> {
  public:
   static constexpr const char* kName = "JavaPeer";
   static constexpr const char* kClassName = "JavaPeerDataType";
   static constexpr std::size_t kValueSizeInBytes = 12;
+  // No text form and no default. Arrays cross through the Java machine, which takes every array with a
+  // Java form (a struct is a Map); a value sent to Java crosses as its array form's closest object, and
+  // reading that object back makes a peer of that new object, not of the one first held.
+  static constexpr TypeFacts kFacts{
+      .text = TextForm::none,
+      .defaultHoldsValue = false,
+      .refusedArray = "complex(1, 1)",
+      .javaForm = "the closest Java object of the array form; a Java object is held as itself",
+      .javaRoundTripEqual = false,
+      .arraysUseJava = true};
   static JavaPeer makeDefaultValue() { return {}; }
 
   objsys::COSValue getDefaultValue() const override { return objsys::COSValue(); }
-  bool isEqual(objsys::COSValue a, objsys::COSValue b) const override;
 };
 
 // From an array: the Java bridge's closest Java object. To an array: the closest array of the object
@@ -60,7 +70,7 @@ class ORB_EXPORT JavaPeerJC final : public objsys::JavaTypeConversion {
  public:
   jobject toJava(objsys::COSValue value) const override;
   objsys::COSValue fromJava(jobject object) const override;
-  const char* javaClassName() const override { return "the Java object itself"; }
+  const char* javaClassName() const override { return JavaPeerDataType::kFacts.javaForm; }
 };
 
 }  // namespace graphics::datatype

@@ -10,7 +10,6 @@
 #include <utility>
 
 #include "arraylib/zxarray.h"
-#include "arraylib/zxformat.h"
 #include "arraylib/zxrethrow.h"
 #include "datatype/conversion_definitions.h"
 #include "datatype/conversion_support.h"
@@ -188,12 +187,8 @@ struct ScalarRules {
     }
     return T(number);
   }
-  // The shortest text that reads back as the same number ("0.1", "1e+300", "Inf").
-  static std::optional<std::string> toText(const T& value) {
-    std::string text;
-    zx::appendElementText(text, value.getValue());
-    return text;
-  }
+  // The number as the stream writes it: six significant digits, so text may round ("1.23457e+08").
+  static std::optional<std::string> toText(const T& value) { return streamInserted(value.getValue()); }
 };
 
 #define ORB_CONSTRAINED_SCALAR(Name, ...) template class ConstrainedScalar<Name>;

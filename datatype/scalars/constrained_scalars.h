@@ -45,8 +45,8 @@ class ORB_EXPORT ConstrainedScalar {
 // The conversion rules of a constrained scalar. Arrays: a numeric scalar of any class (not logical or
 // char); anything else is refused with the type's not-a-numeric-scalar identifier, a refused number
 // with its check's error; an empty slot reads back as the default, never as an empty array. Text: one
-// number as matrix text ("2", "[0.5]", "Inf"), written back as the shortest text that reads back the
-// same; anything else is refused with the type's bad-text identifier.
+// number as matrix text ("2", "[0.5]", "Inf"), written back as the standard stream insertion writes it
+// ("1.23457e+08", "-inf"); anything else is refused with the type's bad-text identifier.
 template <class T>
 struct ORB_EXPORT ScalarRules;
 
@@ -68,6 +68,8 @@ struct ORB_EXPORT ScalarRules;
     static constexpr const char* kName = #Name;                                        \
     static constexpr const char* kClassName = #Name "DataType";                        \
     static constexpr std::size_t kValueSizeInBytes = sizeof(Name);                     \
+    /* Six significant digits, as the stream writes a number; shown as a number. */    \
+    static constexpr TypeFacts kFacts{.text = TextForm::fixed, .javaPeer = &java_peers::OrbDouble}; \
     static Name makeDefaultValue() { return Name(Name::kDefault); }                    \
   };                                                                                   \
   class ORB_EXPORT Name##MC final : public ArrayConversion<ScalarRules<Name>> {};      \

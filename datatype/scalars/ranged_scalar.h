@@ -55,6 +55,7 @@ class ORB_EXPORT RangedScalarDataType : public BasicDataType<RangedScalarDataTyp
   static constexpr const char* kName = Range::kTypeName;
   static constexpr const char* kClassName = Range::kClassName;
   static constexpr std::size_t kValueSizeInBytes = sizeof(T);
+  static constexpr TypeFacts kFacts{.javaPeer = &java_peers::OrbDouble};
   static RangedScalar<T, Range> makeDefaultValue() { return RangedScalar<T, Range>(Range::kDefault); }
 };
 

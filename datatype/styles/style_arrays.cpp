@@ -17,7 +17,7 @@
 
 namespace graphics::datatype {
 
-#define ORB_STYLE(enumerator, name) StyleEntry{enumerator, name, 0},
+#define ORB_STYLE(enumerator, name) StyleEntry{enumerator, name},
 #define ORB_STYLE_ARRAY(Type, DefaultStyle, ...)                     \
   const StyleEnumeration& Type##Style::enumeration() {               \
     static const StyleEntry entries[] = {__VA_ARGS__};               \

@@ -104,6 +104,8 @@ class StyleArray {
     static constexpr const char* kName = #Type;                                                     \
     static constexpr const char* kClassName = #Type "DataType";                                     \
     static constexpr std::size_t kValueSizeInBytes = 12;                                            \
+    /* Text the lists cannot take, a failed allocation included, is the out-of-memory identifier. */ \
+    static constexpr TypeFacts kFacts{.failuresBecome = "Korvax:orb:datatypes:OutOfMemory"};       \
     static Type makeDefaultValue() { return Type(Type##Style::DefaultStyle); }                      \
   };                                                                                                \
   struct ORB_EXPORT Type##Rules;                                                                    \

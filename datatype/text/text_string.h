@@ -50,6 +50,8 @@ class ORB_EXPORT TextStringDataType : public BasicDataType<TextStringDataType, T
   static constexpr const char* kName = "TextString";
   static constexpr const char* kClassName = "TextStringDataType";
   static constexpr std::size_t kValueSizeInBytes = 8;
+  // Text makes a value, but a value has no text: it is lines, not one string.
+  static constexpr TypeFacts kFacts{.text = TextForm::none};
   static TextString makeDefaultValue() { return TextString(""); }
 };
 

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <iterator>
 
-#include "datatype/all_types.h"
+#include "datatype/all/all_types.h"
 #include "datatype/library.h"
 #include "objsys/builtin_types.h"
 #include "objsys/cos_type_conversion.h"

@@ -6,11 +6,12 @@
 // the library's and the host's C++ allocations fail too.
 #include <exception>
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "cmdlanglib/literal.h"
-#include "datatype/all_types.h"
+#include "datatype/all/all_types.h"
 #include "support.h"
 #include "user_view.h"
 #include "utillib/ut.h"
@@ -73,12 +74,16 @@ class AllocationFailure : public orbtest::DataTypeTest {
   static const objsys::COSTypeConversion& texts(const std::string& type) {
     return *objsys::COSTypeRepository::getConversion("asciiString", userview::fullNameOf(type).c_str());
   }
-  // Callbacks turn every failure to build one into one identifier, and the style lists a text they
-  // cannot take into the out-of-memory identifier.
+  // The identifier the type's rules turn every failure into, if they do.
   static std::string substituteFor(const std::string& type) {
-    if (type == "Callback") return "Korvax:datatypes:callback:CreateCallback";
-    if (type == "LineStyleArray" || type == "MarkerStyleArray") return "Korvax:orb:datatypes:OutOfMemory";
-    return "";
+    const TypeFacts& facts = factsOf(type);
+    return facts.failuresBecome != nullptr ? facts.failuresBecome : "";
+  }
+  static const TypeFacts& factsOf(const std::string& type) {
+    for (const TypeRow& row : kEveryType) {
+      if (type == row.name) return row.facts;
+    }
+    throw std::invalid_argument("no type " + type);
   }
   // The conversions are looked up before any allocation is made to fail.
   void fromLiteral(const std::string& type, const char* literal) {
@@ -135,70 +140,19 @@ TEST_F(AllocationFailure, EveryConversionOfEveryTypeOnItsDefault) {
   }
 }
 
-// Values beyond the defaults, one or more per family, and refusals, which must stay refusals.
-TEST_F(AllocationFailure, ValuesOfEveryFamily) {
-  const struct {
-    const char* type;
-    const char* literal;
-  } arraysCases[] = {
-      {"Positive", "uint8(5)"},
-      {"LineStyle", "'xyz'"},
-      {"ColorMap", "[0 0 0; 0.5 0.5 0.5; 1 1 1]"},
-      {"ColorMap", "[0 0 2]"},
-      {"TextString", "{'one'; 'two'}"},
-      {"UTF16String", "'h\xC3\xA9llo'"},
-      {"NumericOrString", "'abc'"},
-      {"RGBAColor", "uint8([255 0 0])"},
-      {"RGBAColor", "'purple'"},
-      {"RGBMatrixFlatNoneColor", "[1 0 0; 0 1 0]"},
-      {"MeshAlpha", "'interp'"},
-      {"LineStyleArray", "{'-', '--', ':'}"},
-      {"NLineStyles", "{'-', ':'}"},
-      {"ScreenPosition", "int32([1 1 100 50])"},
-      {"Point3", "[1 NaN 1]"},
-      {"BoundingVolume", "[0 0 0; 1 1 1]"},
-      {"HandleOrEmpty", "'abc'"},
-      {"Callback", "{@disp, 1, 'a'}"},
+// Values beyond the defaults: samples of what every family takes or refuses, tried on every type, so
+// that each family meets some value it stores and some it refuses. Refusals must stay refusals.
+TEST_F(AllocationFailure, SampleValuesOnEveryType) {
+  constexpr const char* kLiterals[] = {
+      "uint8(5)",         "'xyz'",           "[0 0 0; 0.5 0.5 0.5; 1 1 1]", "[0 0 2]",
+      "{'one'; 'two'}",   "'h\xC3\xA9llo'", "'purple'",                    "uint8([255 0 0])",
+      "[1 0 0; 0 1 0]",   "'interp'",        "{'-', '--', ':'}",            "int32([1 1 100 50])",
+      "[1 NaN 1]",        "[0 0 0; 1 1 1]",  "{@disp, 1, 'a'}",
   };
-  for (const auto& c : arraysCases) fromLiteral(c.type, c.literal);
-
-  const struct {
-    const char* type;
-    const char* text;
-  } textCases[] = {
-      {"LineStyle", " Dotted "}, {"RGBAColor", "0 0 0 0.5"},      {"RGBAColor", "purple"},   {"PrintfFormat", "%*d"},
-      {"Tick", "[0 1 2]"},       {"Position", "0.1 0.1 0.8 0.8"}, {"Callback", "disp('x')"},
-  };
-  for (const auto& c : textCases) fromText(c.type, c.text);
-}
-
-// Extending the color table is all or nothing: a failure while it adds entries leaves it as it was.
-// (One that strikes after the table is extended, in allocating the value's block, leaves it extended
-// in full.)
-TEST_F(AllocationFailure, AColorTableIsExtendedInFullOrNotAtAll) {
-  const gui_objects::ZxArrayPtr entries = cmdlang::readLiteral("struct('teal', [0 0.5 0.5], 'g', [0 0.75 0])");
-  const objsys::COSTypeConversion& conversion = arrays("ColorTable");
-  const std::string before = userview::setting("ColorTable", "[]");
-  std::string extended;
-  for (std::size_t failing = 1; failing < 10000; ++failing) {
-    zx::CallFrame frame;
-    utFailNthAllocation(failing);
-    try {
-      ColorTableDataType::getType()->destroy(conversion.from(COSValue(entries.get())));
-    } catch (const fl::except::bad_alloc_impl&) {
-    }
-    utFailNthAllocation(0);
-    const std::string now = userview::setting("ColorTable", "[]");
-    if (!utInjectedFailureHappened()) {
-      EXPECT_NE(now, before);
-      if (!extended.empty()) {
-        EXPECT_EQ(now, extended);
-      }
-      return;
-    }
-    if (now == before) continue;
-    if (extended.empty()) extended = now;
-    EXPECT_EQ(now, extended) << "allocation " << failing << " failing left the table partly extended";
+  constexpr const char* kTexts[] = {" Dotted ", "0 0 0 0.5", "purple", "%*d", "[0 1 2]", "0.1 0.1 0.8 0.8", "disp('x')"};
+  for (const TypeRow& row : kEveryType) {
+    for (const char* literal : kLiterals) fromLiteral(row.name, literal);
+    for (const char* text : kTexts) fromText(row.name, text);
   }
 }
 

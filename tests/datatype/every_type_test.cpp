@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <string_view>
 #include <ostream>
 #include <set>
 #include <string>
@@ -13,7 +12,8 @@
 
 #include "arraylib/zxarray.h"
 #include "arraylib/zxformat.h"
-#include "datatype/all_types.h"
+#include "cmdlanglib/literal.h"
+#include "datatype/all/all_types.h"
 #include "foundationlib/i18n/catalog.h"
 #include "guilib/auto_ptr.h"
 #include "objsys/cos_package.h"
@@ -43,6 +43,7 @@ std::size_t heapInUse() {
 
 class EveryType : public orbtest::DataTypeTest, public ::testing::WithParamInterface<TypeRow> {
  protected:
+  const TypeFacts& facts = GetParam().facts;
   objsys::COSDataType& type = *GetParam().dataType();
   const std::string fullName = GetParam().fullName();
   const objsys::COSTypeConversion* arrays = objsys::COSTypeRepository::getConversion("any", fullName.c_str());
@@ -66,15 +67,19 @@ class EveryType : public orbtest::DataTypeTest, public ::testing::WithParamInter
       previous = describe(readBack.get());
     }
   }
-  // The same for text; no text at all is a type without a text form. Object references refuse to
-  // become text, deliberately.
+  // The same for text, as the type's text form says: a type without one gives no text, or refuses to
+  // write one with a cataloged identifier.
   void expectTextRoundTrip(COSValue value) {
-    if (refusesText()) {
-      EXPECT_THAT([&] { texts->to(value); }, orbtest::RaisesId("Korvax:datatypes:handleoremptydatatype:DataTypeToString"));
+    if (facts.text == TextForm::refused) {
+      expectRefusedWithCatalogedId([&] { texts->to(value); });
       return;
     }
     const COSValue text = texts->to(value);
-    if (text.isEmpty()) return;
+    // An array-valued value that holds no array has no text either.
+    if (facts.text == TextForm::none || text.isEmpty()) {
+      EXPECT_TRUE(text.isEmpty());
+      return;
+    }
     SCOPED_TRACE(std::string("text ") + text.as<const char>());
     const COSValue again = texts->from(text);
     const COSValue textAgain = texts->to(again);
@@ -84,9 +89,14 @@ class EveryType : public orbtest::DataTypeTest, public ::testing::WithParamInter
     utFree(text.pointer());
     utFree(textAgain.pointer());
   }
-  bool refusesText() const {
-    const std::string_view name = GetParam().name;
-    return name == "HandleOrEmpty" || name == "COSInterface";
+  template <class Convert>
+  static void expectRefusedWithCatalogedId(Convert&& convert) {
+    try {
+      convert();
+      ADD_FAILURE() << "not refused";
+    } catch (const fl::except::IMsgIDException& error) {
+      EXPECT_TRUE(fl::i18n::MessageCatalog::instance().find(error.get_error_id()).has_value()) << error.get_error_id();
+    }
   }
   static std::string describe(const zxArray* array) {
     std::string text = zxGetClassName(array);
@@ -116,17 +126,13 @@ TEST_P(EveryType, IsRegisteredUnderItsNamesWithConsistentSizes) {
   EXPECT_NE(texts, nullptr);
   EXPECT_STREQ(type.getCategoryName(), "Fundamental");
   EXPECT_EQ(type.getStorageType(), objsys::cosStorageIndirect);
-  // The color table's value refers to a table held elsewhere, so it reports no size.
-  if (std::string_view(GetParam().name) != "ColorTable") {
-    EXPECT_GT(type.getValueSizeInBytes(COSValue()), 0u);
-  }
+  EXPECT_EQ(type.getValueSizeInBytes(COSValue()) == 0, facts.valueOutsideBlock);
   EXPECT_EQ(type.getSizeInBits(), 8 * type.getValueSizeInBytes(COSValue()));
 }
 
 TEST_P(EveryType, TheDefaultIsSharedAndEqualToItsCopy) {
   const COSValue value = type.getDefaultValue();
-  // A callback's default is no callback at all, and a Java peer's no object.
-  if (std::string_view(GetParam().name) == "Callback" || std::string_view(GetParam().name) == "JavaPeer") {
+  if (!facts.defaultHoldsValue) {
     EXPECT_TRUE(value.isEmpty());
     EXPECT_TRUE(type.copy(value).isEmpty());
     return;
@@ -146,9 +152,15 @@ TEST_P(EveryType, TheDefaultSurvivesBothConversions) {
   const COSValue value = type.getDefaultValue();
   expectArrayRoundTrip(value);
   expectTextRoundTrip(value);
-  // An empty slot reads back as some array and as no text, never as an error.
+  // An empty slot reads back as some array; as text, as the type's facts say.
   EXPECT_FALSE(arrays->to(COSValue()).isEmpty());
-  EXPECT_TRUE(texts->to(COSValue()).isEmpty());
+  if (facts.text == TextForm::refused) {
+    expectRefusedWithCatalogedId([&] { texts->to(COSValue()); });
+  } else {
+    const COSValue text = texts->to(COSValue());
+    EXPECT_EQ(!text.isEmpty(), facts.emptySlotHasText);
+    utFree(text.pointer());
+  }
 }
 
 TEST_P(EveryType, PossibleValuesAreValuesOfTheTypeThatReadBack) {
@@ -163,10 +175,7 @@ TEST_P(EveryType, PossibleValuesAreValuesOfTheTypeThatReadBack) {
     expectTextRoundTrip(value);
     ++count;
   }
-  // RGBAColor's two styles are accepted by name but neither is offered.
-  if (std::string_view(GetParam().name) != "RGBAColor") {
-    EXPECT_GT(count, 0);
-  }
+  EXPECT_EQ(count > 0, facts.offersNames);
 }
 
 // The first refusals may make what is made once per process (the type's tables, the catalog); after
@@ -174,36 +183,17 @@ TEST_P(EveryType, PossibleValuesAreValuesOfTheTypeThatReadBack) {
 // refusal (the allocator's or the test framework's own) is tolerated; a value, block or array left
 // behind by each refusal is not.
 TEST_P(EveryType, ARefusedArrayRaisesACatalogedIdentifierAndStoresNothing) {
-  // The color table takes every array (a struct extends it; anything else leaves it as it is).
-  if (std::string_view(GetParam().name) == "ColorTable") GTEST_SKIP() << "refuses no array";
-  const char* field = "a";
-  zxArray* record = zxCreateStructMatrix(1, 1, 1, &field);
-  zxSetFieldByNumber(record, 0, 0, zxCreateDoubleScalar(1));
-  // A Java peer takes every array with a Java form (a struct is a Map); a complex number has none.
-  if (std::string_view(GetParam().name) == "JavaPeer") {
-    zxDestroyArray(record);
-    record = zxCreateDoubleMatrix(1, 1, zxCOMPLEX);
-  }
-  const auto refuse = [&] {
-    try {
-      type.destroy(arrays->from(COSValue(record)));
-      ADD_FAILURE() << "a " << zxGetClassName(record) << " was accepted";
-    } catch (const fl::except::IMsgIDException& error) {
-      EXPECT_TRUE(fl::i18n::MessageCatalog::instance().find(error.get_error_id()).has_value()) << error.get_error_id();
-    }
-  };
+  if (facts.refusedArray == nullptr) GTEST_SKIP() << "refuses no array";
+  const gui_objects::ZxArrayPtr refusedArray = cmdlang::readLiteral(facts.refusedArray);
+  const auto refuse = [&] { expectRefusedWithCatalogedId([&] { type.destroy(arrays->from(COSValue(refusedArray.get()))); }); };
   refuse();
   refuse();
-  // The Java machine that the first refusal started allocates on threads of its own meanwhile.
-  if (std::string_view(GetParam().name) == "JavaPeer") {
-    zxDestroyArray(record);
-    return;
-  }
+  // A Java machine allocates on threads of its own meanwhile.
+  if (facts.arraysUseJava) return;
   constexpr int kRefusals = 16;
   const auto before = static_cast<std::ptrdiff_t>(heapInUse());
   for (int i = 0; i < kRefusals; ++i) refuse();
   EXPECT_LT(static_cast<std::ptrdiff_t>(heapInUse()) - before, std::ptrdiff_t{kRefusals} * 8);
-  zxDestroyArray(record);
 }
 
 // A long session: 10^5 conversions over every type (the default read back as an array and as text,
@@ -211,13 +201,14 @@ TEST_P(EveryType, ARefusedArrayRaisesACatalogedIdentifierAndStoresNothing) {
 // the heap must stay flat however many rounds follow.
 TEST_F(EveryTypeList, ATenthOfAMillionConversionsLeaveTheHeapFlat) {
   struct Conversions {
+    const TypeFacts* facts;
     objsys::COSDataType* type;
     const objsys::COSTypeConversion* arrays;
     const objsys::COSTypeConversion* texts;
   };
   std::vector<Conversions> types;
   for (const TypeRow& row : kEveryType) {
-    types.push_back({row.dataType(), objsys::COSTypeRepository::getConversion("any", row.fullName()),
+    types.push_back({&row.facts, row.dataType(), objsys::COSTypeRepository::getConversion("any", row.fullName()),
                      objsys::COSTypeRepository::getConversion("asciiString", row.fullName())});
   }
   std::size_t conversions = 0;
@@ -232,12 +223,8 @@ TEST_F(EveryTypeList, ATenthOfAMillionConversionsLeaveTheHeapFlat) {
       t.type->destroy(copy);
       t.type->destroy(fromArray);
       conversions += 3;
-      COSValue text;
-      try {
-        text = t.texts->to(value);
-      } catch (const fl::except::IMsgIDException&) {
-        // A type without a text form refuses to write one, on purpose.
-      }
+      if (t.facts->text == TextForm::refused) continue;
+      const COSValue text = t.texts->to(value);
       if (!text.isEmpty()) {
         t.type->destroy(t.texts->from(text));
         utFree(text.pointer());

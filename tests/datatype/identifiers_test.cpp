@@ -6,7 +6,7 @@
 #include <set>
 #include <string>
 
-#include "datatype/errors.h"
+#include "datatype/all/all_types.h"
 #include "foundationlib/i18n/catalog.h"
 
 namespace {

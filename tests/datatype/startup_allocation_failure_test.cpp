@@ -10,7 +10,7 @@
 #include <string>
 
 #include "arraylib/zxerror.h"
-#include "datatype/all_types.h"
+#include "datatype/all/all_types.h"
 #include "datatype/library.h"
 #include "objsys/builtin_types.h"
 #include "utillib/ut.h"

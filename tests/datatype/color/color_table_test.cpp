@@ -7,6 +7,7 @@
 
 #include "../support.h"
 #include "../user_view.h"
+#include "utillib/ut.h"
 
 namespace {
 
@@ -79,6 +80,36 @@ TEST_F(ColorTables, AKeywordThatBeginsAColorNameIsAmbiguousInTheTypesRaisingIt) 
   }
   // A name that selects the new key alone is a color again.
   EXPECT_EQ(setting("RGBAColor", "'nonesuch'"), "[0.1 0.2 0.3] | [ 0.1 0.2 0.3 ]");
+}
+
+// Extending the color table is all or nothing: a failure while it adds entries leaves it as it was.
+// (One that strikes after the table is extended, in allocating the value's block, leaves it extended
+// in full.) This program routes operator new through utillib, so C++ allocations fail too.
+TEST_F(ColorTables, IsExtendedInFullOrNotAtAllWhenAnAllocationFails) {
+  const gui_objects::ZxArrayPtr entries = cmdlang::readLiteral("struct('teal', [0 0.5 0.5], 'g', [0 0.75 0])");
+  const ColorTableMC conversion;
+  const std::string before = setting("ColorTable", "[]");
+  std::string extended;
+  for (std::size_t failing = 1; failing < 10000; ++failing) {
+    zx::CallFrame frame;
+    utFailNthAllocation(failing);
+    try {
+      ColorTableDataType::getType()->destroy(conversion.from(objsys::COSValue(entries.get())));
+    } catch (const fl::except::bad_alloc_impl&) {
+    }
+    utFailNthAllocation(0);
+    const std::string now = setting("ColorTable", "[]");
+    if (!utInjectedFailureHappened()) {
+      EXPECT_NE(now, before);
+      if (!extended.empty()) {
+        EXPECT_EQ(now, extended);
+      }
+      return;
+    }
+    if (now == before) continue;
+    if (extended.empty()) extended = now;
+    EXPECT_EQ(now, extended) << "allocation " << failing << " failing left the table partly extended";
+  }
 }
 
 }  // namespace

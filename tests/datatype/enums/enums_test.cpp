@@ -7,7 +7,7 @@
 #include "../user_view.h"
 #include "arraylib/zxarray.h"
 #include "datatype/color/mesh_alpha.h"
-#include "datatype/data_type_definitions.h"
+#include "datatype/enums/enum_value_definitions.h"
 #include "datatype/enums/enum_types.h"
 #include "utillib/ut.h"
 
@@ -18,7 +18,7 @@ class WarningTestEnum : public EnumBase {
   using EnumBase::EnumBase;
   static constexpr const char* kName = "WarningTestEnum";
   static const EnumTypeInfo& info() {
-    static constexpr EnumElement kElements[] = {{"current", 0, 0}, {"legacy", 1, 2, "Korvax:test:LegacyValue"}};
+    static constexpr EnumElement kElements[] = {{"current", 0}, {"legacy", 1, EnumStatus::warned, "Korvax:test:LegacyValue"}};
     static constexpr EnumTypeInfo kInfo = {kName, kElements, 0};
     return kInfo;
   }

@@ -10,6 +10,7 @@
 #include "datatype/geometry/bounding_volume.h"
 #include "datatype/geometry/matrix4x4.h"
 #include "guilib/auto_ptr.h"
+#include "utillib/ut.h"
 
 namespace {
 
@@ -52,6 +53,8 @@ TEST_F(Geometry, ArraysOfAnyNumericClassInTheirShapeAndTexts) {
       {"Point2", "[NaN 0]", "[-2147483648 0] | [-2147483648 0]"},
       {"Point2", "[2147483647.9 -2147483648.9]", "[2147483647 -2147483648] | [2147483647 -2147483648]"},
       {"Point2", "[2147483648 -2147483649]", "[-2147483648 -2147483648] | [-2147483648 -2147483648]"},
+      // Written as decimal integers, whatever their size.
+      {"Point2", "[1000000000 -100000]", "[1e+09 -1e+05] | [1000000000 -100000]"},
       {"Point2", "'ab'", kP2Class},                             {"Point2d", "[0.5; -2]", "[0.5 -2] | [0.5 -2]"},
       {"Point2d", "[NaN, Inf]", "[NaN Inf] | [NaN Inf]", true}, {"Point2d", "[Inf 0]", kP2dData},
       {"Point2d", "[0 NaN]", kP2dData},                         {"Point3", "1, 2, 3", "[1 2 3] | [1 2 3]", true},
@@ -85,8 +88,11 @@ TEST_F(Geometry, ArraysOfAnyNumericClassInTheirShapeAndTexts) {
       {"BoundingVolume", "1 1 1; 0 0 0", "[1 1 1;0 0 0] | [ 1 1 1 ; 0 0 0 ]", true},
       {"BoundingVolume", "int16([1 -5 0; 1 5 2])", "[1 -5 0;1 5 2] | [ 1 -5 0 ; 1 5 2 ]"},
       // The test is min > max, so NaN bounds pass, on purpose.
-      {"BoundingVolume", "[NaN 0 0; 1 1 NaN]", "[NaN 0 0;1 1 NaN] | [ NaN 0 0 ; 1 1 NaN ]"},
-      {"BoundingVolume", "[0 0 -Inf; 1 1 -Inf]", "[0 0 -Inf;1 1 -Inf] | [ 0 0 -Inf ; 1 1 -Inf ]"},
+      {"BoundingVolume", "[NaN 0 0; 1 1 NaN]", "[NaN 0 0;1 1 NaN] | [ nan 0 0 ; 1 1 nan ]"},
+      // The numbers of its text are the stream's: six significant digits.
+      {"BoundingVolume", "[0 0 -Inf; 1 1 -Inf]", "[0 0 -Inf;1 1 -Inf] | [ 0 0 -inf ; 1 1 -inf ]"},
+      {"BoundingVolume", "[-123456789 1e-7 0; 123456789 0.123456789 1e300]",
+          "[-123456789 1e-07 0;123456789 0.123456789 1e+300] | [ -1.23457e+08 1e-07 0 ; 1.23457e+08 0.123457 1e+300 ]"},
       {"BoundingVolume", "[1 0 0; 0 1 1]", kBoxWidth},          {"BoundingVolume", "[0 1 0; 1 0 1]", kBoxWidth},
       {"BoundingVolume", "[0 0 1; 1 1 0]", kBoxWidth},          {"BoundingVolume", "[0 1 0 1 0 1]", kBoxShape},
       {"BoundingVolume", "[0 0; 0 1; 1 1]", kBoxShape},         {"BoundingVolume", "['abc'; 'def']", kBoxClass},
@@ -117,8 +123,9 @@ TEST_F(Geometry, PositionsAndInsetsAreEqualWithinRoundoffRelativeToTheirMagnitud
       {{0, 0, 0, 0}, {0, 1e-12, 0, 0}, false},
       {{0, 0, 0, 0}, {0, 0, 0, -1.01e-12}, false},
       {{0, 0, nan, 1}, {0, 0, nan, 1}, false},
-      // An infinite size agrees with itself (its difference would be NaN).
-      {{0, 0, inf, 1}, {0, 0, inf, 1}, true},
+      // Every component goes through the formula: |Inf - Inf| is NaN, so an infinity agrees with nothing.
+      {{0, 0, inf, 1}, {0, 0, inf, 1}, false},
+      {{-inf, 0, 1, 1}, {-inf, 0, 1, 1}, false},
       {{0, 0, 1, inf}, {0, 0, 1, 1e308}, false},
   };
   for (std::size_t i = 0; i < std::size(pairs); ++i) {
@@ -170,6 +177,14 @@ TEST_F(Geometry, TransformsAreNearlyEqualAndNoArrayIsTheIdentity) {
   // A box's empty slot reads back as nothing at all.
   const gui_objects::ZxArrayPtr noBox(BoundingVolumeMC().to(COSValue()).as<zxArray>());
   EXPECT_EQ(cmdlang::writeLiteral(noBox.get()), "[]");
+}
+
+TEST_F(Geometry, AnAbsentPixelPointReadsAsTheOrigin) {
+  const COSValue text = Point2SC().to(COSValue());
+  ASSERT_FALSE(text.isEmpty());
+  EXPECT_STREQ(text.as<const char>(), "[0 0]");
+  utFree(text.pointer());
+  EXPECT_TRUE(Point2dSC().to(COSValue()).isEmpty()) << "other points have no text for no value";
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // The constrained numeric scalars through their registered conversions: check order and message
-// texts, what an empty slot reads back as, the shortest text form, and the two isValid forms.
+// texts, what an empty slot reads back as, the text form, and the two isValid forms.
 #include "datatype/scalars/constrained_scalars.h"
 
 #include <boost/exception_ptr.hpp>
@@ -112,13 +112,25 @@ TEST_F(ConstrainedScalars, AnEmptySlotReadsBackAsTheDefaultAndRefusalsHaveTheirT
   expect({"ZeroToOne", 0.5, "", nullptr}, "asciiString", COSValue("[0.5]"));
 }
 
-// The text form is the shortest that reads back as the same number, however many digits that takes.
-TEST_F(ConstrainedScalars, TextsAreTheShortestThatReadBackAsTheSameNumber) {
-  for (const auto& [in, out] :
-       {std::pair{"0.123456789012345", "0.123456789012345"}, {"1e300", "1e+300"}, {"-Inf", "-Inf"}, {"0.1", "0.1"}}) {
-    const COSValue value = conversion("asciiString", "NoNaN").from(COSValue(in));
-    const COSValue text = conversion("asciiString", "NoNaN").to(value);
-    EXPECT_STREQ(text.as<const char>(), out) << in;
+// Every type writes its number as the standard stream insertion does: six significant digits, the
+// exponent with a sign and two digits, infinities in lower case.
+TEST_F(ConstrainedScalars, TextsAreTheStreamInsertionOfTheNumber) {
+  const struct {
+    const char* type;
+    const char* in;
+    const char* out;
+  } cases[] = {
+      {"Positive", "123456789", "1.23457e+08"},    {"Positive", "1e300", "1e+300"},
+      {"Positive", "0.0000001", "1e-07"},          {"PositiveInteger", "1000000", "1e+06"},
+      {"PositiveWithZero", "0.123456789", "0.123457"}, {"ZeroToOne", "0.5", "0.5"},
+      {"LightingStrength", "1", "1"},              {"NoNaN", "-2.5", "-2.5"},
+      {"NoNaN", "-Inf", "-inf"},                   {"NoNaN", "Inf", "inf"},
+      {"NoNaN", "-123456.5", "-123456"},           {"NoNaN", "-0", "-0"},
+  };
+  for (const auto& c : cases) {
+    const COSValue value = conversion("asciiString", c.type).from(COSValue(c.in));
+    const COSValue text = conversion("asciiString", c.type).to(value);
+    EXPECT_STREQ(text.as<const char>(), c.out) << c.type << " " << c.in;
     for (const COSValue made : {text, value}) utFree(made.pointer());
   }
 }

@@ -1,5 +1,5 @@
 // The held values of the NativeTesters, and the Utils exports that start and stop the library.
-#include "datatype/java/native_tester_support.h"
+#include "datatype/all/native_tester_support.h"
 
 #include <cstring>
 #include <map>
@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "datatype/all_types.h"
+#include "datatype/all/all_types.h"
 #include "datatype/library.h"
 #include "foundationlib/except.h"
 #include "javabridgelib/java_bridge.h"

@@ -1,6 +1,5 @@
-// The Java conversion of every property type that has no conversion of its own: its values cross as
-// objects of the peer class its row of java_peers.def names, or as the closest Java object of their
-// array form.
+// The Java conversion of a property type: its values cross as objects of its peer class, or as the
+// closest Java object of their array form.
 #pragma once
 
 #include <array>
@@ -8,18 +7,22 @@
 #include <string>
 
 #include "datatype/export.h"
+#include "datatype/java_peer_classes.h"
 #include "objsys/cos_value.h"
 #include "objsys/java_type_conversion.h"
 
 namespace graphics::datatype {
 
-struct JavaPeerClass;
-
 class ORB_EXPORT PeerJavaConversion final : public objsys::JavaTypeConversion {
  public:
-  // typeName: the registered name, "korvax.graphics.datatype.T". javaForm, when given, names for people
-  // the Java form of a type without a peer class ("java.lang.String" for a name).
-  explicit PeerJavaConversion(std::string typeName, std::string javaForm = {});
+  // A peer's numbers read from the value itself, where its array form leaves some out (a color's
+  // alpha); nothing when the value has none (a style).
+  using NumbersOfValue = std::optional<std::array<double, 4>> (*)(objsys::COSValue);
+
+  // typeName: the registered name, "korvax.graphics.datatype.T"; peer: null for the closest Java object,
+  // which javaForm names for people ("java.lang.String" for a name).
+  PeerJavaConversion(std::string typeName, const JavaPeerClass* peer, const char* javaForm,
+                     NumbersOfValue numbersOf = nullptr);
   // The Java form of the value's array form (its TMC's reading); null for no value.
   jobject toJava(objsys::COSValue value) const override;
   // A new value from the Java object through the type's TMC, with the type's own refusals. A type with a
@@ -29,10 +32,10 @@ class ORB_EXPORT PeerJavaConversion final : public objsys::JavaTypeConversion {
 
  private:
   std::string typeName_;
-  std::string javaForm_;
+  const JavaPeerClass* peer_;
+  const char* javaForm_;
   objsys::COSNameID type_;
-  const JavaPeerClass* peer_;  // null: the closest match
-  std::optional<std::array<double, 4>> (*numbersOf_)(objsys::COSValue);
+  NumbersOfValue numbersOf_;
 };
 
 }  // namespace graphics::datatype

@@ -1,5 +1,9 @@
-// The public headers of every property type that all_types.def lists.
+// The master list of every property type (all_types.def) as rows that code can walk, with the public
+// headers of every type it lists.
 #pragma once
+
+#include <string>
+#include <vector>
 
 #include "datatype/arrays/shaped_arrays.h"
 #include "datatype/color/color_table.h"
@@ -28,17 +32,23 @@
 namespace graphics::datatype {
 
 // One row per type of all_types.def, for code that walks every type: its short name, its data type
-// singleton and its full name.
+// singleton, its full name and its facts.
 struct TypeRow {
   const char* name;
   objsys::COSDataType* (*dataType)();
   const char* (*fullName)();
+  TypeFacts facts;
 };
 
-#define ORB_TYPE(Name, DataType, ArrayConversion, TextConversion) \
-  TypeRow{#Name, [] { return static_cast<objsys::COSDataType*>(DataType::getType()); }, &DataType::getDataTypeName},
+#define ORB_TYPE(Name, DataType, ArrayConversion, TextConversion)                                 \
+  TypeRow{#Name, [] { return static_cast<objsys::COSDataType*>(DataType::getType()); }, &DataType::getDataTypeName, \
+          DataType::kFacts},
 inline constexpr TypeRow kEveryType[] = {
-#include "datatype/all_types.def"
+#include "datatype/all/all_types.def"
 };
+
+// Every identifier the library declares, and so every one it can raise: the catalogue of errors.def
+// and the identifiers generated from the shaped array rows.
+std::vector<std::string> declaredIdentifiers();
 
 }  // namespace graphics::datatype
