@@ -35,7 +35,7 @@ std::vector<FuzzType> startLibrary() {
   std::vector<FuzzType> types;
   for (const TypeRow& row : kEveryType) {
     const char* fullName = row.fullName();
-    FuzzType type{row.name, row.dataType(), objsys::COSTypeRepository::getConversion("any", fullName),
+    FuzzType type{row.name, &row.facts, row.dataType(), objsys::COSTypeRepository::getConversion("any", fullName),
                   objsys::COSTypeRepository::getConversion("asciiString", fullName)};
     if (type.type == nullptr || type.arrays == nullptr || type.texts == nullptr) {
       fail("a type of the master list is not registered with both conversions", row.name);
@@ -59,17 +59,20 @@ void checkCataloged(const FuzzType& type, const char* what, const std::string& i
   ORB_FUZZ_CHECK(!error.get_message_text().empty(), context(type, what, input) + ": " + id);
 }
 
-// The text a text conversion reads a value back as, or nullopt for a type without text (which
-// gives none, or refuses with a cataloged identifier as object references do).
+// The text a text conversion reads a value back as, or nullopt for a type without text, which gives
+// none or refuses with a cataloged identifier, as its facts say.
 std::optional<std::string> textOf(const FuzzType& type, COSValue value) {
   COSValue text;
   try {
     text = type.texts->to(value);
   } catch (const fl::except::IMsgIDException& error) {
     checkCataloged(type, "text read-back", "", error);
+    ORB_FUZZ_CHECK(type.facts->text == TextForm::refused, context(type, "text read-back refused", error.get_error_id()));
     return std::nullopt;
   }
+  ORB_FUZZ_CHECK(type.facts->text != TextForm::refused, context(type, "text read-back not refused", ""));
   if (text.isEmpty()) return std::nullopt;
+  ORB_FUZZ_CHECK(type.facts->text != TextForm::none, context(type, "a text from a type without one", ""));
   std::string copy = text.as<const char>();
   utFree(text.pointer());
   return copy;
@@ -124,11 +127,14 @@ void checkTextReadBack(const FuzzType& type, COSValue value, const std::string& 
   // A held array of a class without a text form shows as its description ("<0x0 struct>"), which
   // is for people and not meant to be read back.
   if (!text || text->starts_with('<')) return;
-  // A type may refuse the text of a value it took as an array: text is read in the type's parse
-  // class (a uint8 or single array reads back as numbers that parse as doubles), so only the refusal's
-  // identifier is checked.
+  // A text its rule fixes may be refused when read back (an array's text is read in the type's parse
+  // class: a uint8 or single array reads back as numbers that parse as doubles), so only the refusal's
+  // identifier is checked; a text of ours must be taken.
   const COSValue again = convertOrRefuse(type, "text read-back stored again", input + " read back as " + *text,
                                          [&] { return type.texts->from(COSValue(text->c_str())); });
+  if (type.facts->text == TextForm::ours) {
+    ORB_FUZZ_CHECK(!again.isEmpty(), context(type, "a text of ours refused when read back", input) + ": " + *text);
+  }
   if (again.isEmpty()) return;
   const std::optional<std::string> textAgain = textOf(type, again);
   type.type->destroy(again);

@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 
+#include "datatype/type_facts.h"
 #include "fuzz_support.h"
 #include "objsys/cos_data_type.h"
 #include "objsys/cos_type_conversion.h"
@@ -15,6 +16,7 @@ namespace orbfuzz {
 // One registered type with its two conversions, as a host reaches them by full name.
 struct FuzzType {
   const char* name;
+  const graphics::datatype::TypeFacts* facts;
   objsys::COSDataType* type;
   const objsys::COSTypeConversion* arrays;
   const objsys::COSTypeConversion* texts;
@@ -35,7 +37,9 @@ objsys::COSValue convertOrRefuse(const FuzzType& type, const char* what, const s
 // and compares equal (unless it holds a NaN or an infinity); it reads back as an array and as text;
 // the array it reads back as (unless empty) is accepted when stored again, and settles: the array
 // read back from that is read back the same way again; its text, stored again, reads back as the
-// same text (or the same numbers) or is refused with a cataloged identifier.
+// same text (or the same numbers), as the type's text form says: a text of ours must read back, one its
+// rule fixes may be refused with a cataloged identifier; a type without text gives none, or refuses as
+// its facts say.
 // storedFromArray: the array check applies to values the array conversion validated; a value stored
 // from text may be one the array conversion refuses (the text paths of some types check less).
 void checkStoredValue(const FuzzType& type, objsys::COSValue value, const std::string& input, bool storedFromArray);

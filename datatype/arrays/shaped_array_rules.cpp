@@ -14,16 +14,11 @@
 #include "arraylib/zxrethrow.h"
 #include "datatype/arrays/array_base.h"
 #include "datatype/errors.h"
+#include "datatype/failures.h"
 #include "guilib/convert_from_string_utils.h"
 
 namespace graphics::datatype::shaped {
 namespace {
-
-// A failure of one of the identifiers that every type shares; its argument names the type.
-template <class Id>
-boost::exception_ptr sharedFailure(const char* typeName) {
-  return boost::copy_exception(fl::except::Exception<Id>(typeName));
-}
 
 enum class Failure : std::uint8_t { none, valueLeaf, notANumber, infinite };
 
@@ -275,11 +270,11 @@ bool checkPredicate(const Row& row, const PredicateRule& rule, const zxArray* ar
     return false;
   }
   if ((row.checks & sparseCheck) != 0 && zxIsSparse(array)) {
-    failure = sharedFailure<ids::Sparse>(row.name);
+    failure = failureOf<ids::Sparse>(row.name);
     return false;
   }
   if ((row.checks & complexCheck) != 0 && zxIsComplex(array) && zxGetImagData(array) != nullptr) {
-    failure = sharedFailure<ids::Complex>(row.name);
+    failure = failureOf<ids::Complex>(row.name);
     return false;
   }
   const bool shapeFits = fits(rule.shape, array);
@@ -292,8 +287,8 @@ bool checkPredicate(const Row& row, const PredicateRule& rule, const zxArray* ar
   switch (firstFailureOf(rule.rule, array)) {
     case Failure::none: return true;
     case Failure::valueLeaf: failure = row.valueFailure(); break;
-    case Failure::notANumber: failure = sharedFailure<ids::NaN>(row.name); break;
-    case Failure::infinite: failure = sharedFailure<ids::Inf>(row.name); break;
+    case Failure::notANumber: failure = failureOf<ids::NaN>(row.name); break;
+    case Failure::infinite: failure = failureOf<ids::Inf>(row.name); break;
   }
   return false;
 }

@@ -11,20 +11,15 @@
 #include "datatype/conversion_definitions.h"
 #include "datatype/data_type_definitions.h"
 #include "datatype/errors.h"
+#include "datatype/failures.h"
 
 namespace graphics::datatype {
 namespace {
 
-// A failure of one of a type's own identifiers (their catalog texts take no arguments).
-template <class Id>
-boost::exception_ptr ownFailure() {
-  return boost::copy_exception(fl::except::Exception<Id>());
-}
-
 // Text that does not read as the type's array; the catalog text names the fault and the type.
 template <class Id, fl::except::fixed_string TypeName>
 boost::exception_ptr textFailure() {
-  return boost::copy_exception(fl::except::Exception<Id>("Invalid String", TypeName.chars));
+  return failureOf<Id>("Invalid String", TypeName.chars);
 }
 
 }  // namespace
@@ -57,8 +52,8 @@ objsys::COSValue ShapedArrayDataType<Derived, T>::getDefaultValue() const {
   return cached;
 }
 
-#define ORB_SHAPED_ARRAY_VALUE_FAILURE_Range(T) &ownFailure<Korvax::orb::shaped_arrays::T##Range>
-#define ORB_SHAPED_ARRAY_VALUE_FAILURE_Predicate(T) &ownFailure<Korvax::orb::shaped_arrays::T##Predicate>
+#define ORB_SHAPED_ARRAY_VALUE_FAILURE_Range(T) &failureOf<Korvax::orb::shaped_arrays::T##Range>
+#define ORB_SHAPED_ARRAY_VALUE_FAILURE_Predicate(T) &failureOf<Korvax::orb::shaped_arrays::T##Predicate>
 #define ORB_SHAPED_ARRAY_VALUE_FAILURE_NoLeaf(T) nullptr
 // isValid tries the predicates in table order; the first that accepts wins.
 #define ORB_PREDICATE(name, shape, classes, rule) || name(array, failure)
@@ -71,8 +66,8 @@ objsys::COSValue ShapedArrayDataType<Derived, T>::getDefaultValue() const {
                                          DefaultText,                                                  \
                                          ParseClass,                                                   \
                                          shaped::EmptyReadBack,                                        \
-                                         &ownFailure<Korvax::orb::shaped_arrays::T##Size>,             \
-                                         &ownFailure<Korvax::orb::shaped_arrays::T##Type>,             \
+                                         &failureOf<Korvax::orb::shaped_arrays::T##Size>,             \
+                                         &failureOf<Korvax::orb::shaped_arrays::T##Type>,             \
                                          ORB_SHAPED_ARRAY_VALUE_FAILURE_##ValueLeaf(T),                \
                                          &textFailure<datatypes::T::ParseException, #T>};              \
     return kRow;                                                                                       \

@@ -15,6 +15,7 @@
 #include "datatype/conversion_support.h"
 #include "datatype/data_type_definitions.h"
 #include "datatype/errors.h"
+#include "datatype/failures.h"
 #include "guilib/convert_from_string_utils.h"
 
 namespace graphics::datatype {
@@ -35,11 +36,6 @@ struct SlotCheck {
   ScalarRule rule;
   boost::exception_ptr (*exception)();
 };
-
-template <class Id>
-boost::exception_ptr exceptionOf() {
-  return boost::copy_exception(fl::except::Exception<Id>());
-}
 
 // A row of constrained_scalars.def: what a type refuses and how.
 template <class T>

@@ -9,6 +9,7 @@
 #include "datatype/conversion_definitions.h"
 #include "datatype/data_type_definitions.h"
 #include "datatype/errors.h"
+#include "datatype/failures.h"
 #include "datatype/value_block.h"
 #include "foundationlib/i18n/unicode.h"
 #include "guilib/auto_ptr.h"
@@ -19,9 +20,10 @@ namespace {
 namespace ids = Korvax::orb::datatypes::TextStringDataType;
 using Lines = std::vector<std::u16string>;
 
+// Stores Id's failure; false, for the check that failed.
 template <class Id>
 bool refuse(boost::exception_ptr& failure) {
-  failure = boost::copy_exception(fl::except::Exception<Id>());
+  failure = failureOf<Id>();
   return false;
 }
 
