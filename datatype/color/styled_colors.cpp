@@ -33,7 +33,6 @@ struct ColorIds;
   };
 #define ORB_STYLED_COLOR(Type, Ids, CountId, MaxElements, ...) ORB_COLOR_IDS(Type, Ids, CountId, MaxElements)
 #define ORB_COLOR_LIST(Type, Ids, CountId, ...) ORB_COLOR_IDS(Type, Ids, CountId, 0)
-#define ORB_COLOR_STYLE(...)
 #include "datatype/color/styled_colors.def"
 #undef ORB_COLOR_IDS
 
@@ -170,7 +169,6 @@ struct StyledColorRules {
   const char* Type##Style::nameOf(value style) { return enumeration().nameOf(style); }
 #define ORB_STYLED_COLOR(Type, ...) ORB_COLOR_STYLE_MEMBERS(Type)
 #define ORB_COLOR_LIST(Type, ...) ORB_COLOR_STYLE_MEMBERS(Type)
-#define ORB_COLOR_STYLE(...)
 #include "datatype/color/styled_colors.def"
 #undef ORB_COLOR_STYLE_MEMBERS
 
@@ -184,8 +182,6 @@ StyledColor<StyleClass>::StyledColor(std::string_view text) {
 }
 
 #define ORB_STYLED_COLOR(Type, ...) template class StyledColor<Type##Style>;
-#define ORB_COLOR_LIST(Type, ...)
-#define ORB_COLOR_STYLE(...)
 #include "datatype/color/styled_colors.def"
 
 #define ORB_STYLED_COLOR(Type, ...)                                                                  \
@@ -194,8 +190,6 @@ StyledColor<StyleClass>::StyledColor(std::string_view text) {
     if (color.getStyle() != Type##Style::color) return std::nullopt;                                 \
     return std::array<double, 4>{color.getRed(), color.getGreen(), color.getBlue(), color.getAlpha()}; \
   }
-#define ORB_COLOR_LIST(Type, ...)
-#define ORB_COLOR_STYLE(...)
 #include "datatype/color/styled_colors.def"
 
 RGBMatrixFlatNoneColor::RGBMatrixFlatNoneColor() : colors_(1) {}
@@ -306,7 +300,6 @@ struct ColorListRules {
   struct Type##Rules : StyledColorRules<Type> {};
 #define ORB_COLOR_LIST(Type, ...) \
   struct Type##Rules : ColorListRules {};
-#define ORB_COLOR_STYLE(...)
 #include "datatype/color/styled_colors.def"
 
 }  // namespace graphics::datatype
@@ -315,5 +308,4 @@ struct ColorListRules {
   ORB_DEFINE_DATA_TYPE(graphics::datatype::Type##DataType) \
   ORB_DEFINE_CONVERSIONS(graphics::datatype::Type##Rules)
 #define ORB_COLOR_LIST(Type, ...) ORB_STYLED_COLOR(Type)
-#define ORB_COLOR_STYLE(...)
 #include "datatype/color/styled_colors.def"

@@ -98,8 +98,6 @@ class ORB_EXPORT RGBMatrixFlatNoneColor {
    public:                                                        \
     using StyledColor::StyledColor;                               \
   };
-#define ORB_COLOR_LIST(Type, Ids, CountId, ...)
-#define ORB_COLOR_STYLE(...)
 #include "datatype/color/styled_colors.def"
 
 // Data types and conversions of every row. Arrays: a style name, a color name or numbers as text, or

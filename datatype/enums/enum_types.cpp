@@ -17,6 +17,5 @@ namespace graphics::datatype {
 
 }  // namespace graphics::datatype
 
-#define ORB_ENUM(Predicate, name, ordinal, status)
 #define ORB_ENUM_TYPE(Type, defaultOrdinal, ...) ORB_DEFINE_ENUM_DATA_TYPE(graphics::datatype::Type)
 #include "datatype/enums/enum_types.def"

@@ -162,14 +162,12 @@ struct StyleArrayRules {
   }
 };
 
-#define ORB_STYLE(enumerator, name)
 #define ORB_STYLE_ARRAY(Type, DefaultStyle, ...) \
   struct Type##Rules : StyleArrayRules<Type, ::Korvax::datatypes::Type::NonVectorCellArray> {};
 #include "datatype/styles/style_arrays.def"
 
 }  // namespace graphics::datatype
 
-#define ORB_STYLE(enumerator, name)
 #define ORB_STYLE_ARRAY(Type, DefaultStyle, ...)           \
   ORB_DEFINE_DATA_TYPE(graphics::datatype::Type##DataType) \
   ORB_DEFINE_CONVERSIONS(graphics::datatype::Type##Rules)

@@ -93,7 +93,6 @@ class StyleArray {
 // or a vector cell of such names; read back as a char row for one style and as a 1-by-N cell of
 // names otherwise. Text: one name, or several separated by '|' or blanks; written as the names
 // joined by '|'. The default is the list of the row's default style alone.
-#define ORB_STYLE(enumerator, name)
 #define ORB_STYLE_ARRAY(Type, DefaultStyle, ...)                                                    \
   class ORB_EXPORT Type final : public StyleArray<Type##Style> {                                    \
    public:                                                                                          \
