@@ -49,63 +49,6 @@ std::string describeArray(const zxArray* array) {
   return text + " " + zx::canonicalText(array);
 }
 
-std::string arrayDifference(const zxArray* a, const zxArray* b) {
-  if (a == nullptr || b == nullptr) return a == b ? "" : "one array is absent";
-  if (zxGetClassID(a) != zxGetClassID(b)) return std::string("class ") + zxGetClassName(a) + " vs " + zxGetClassName(b);
-  const std::vector<zxSize> dimsA(zxGetDimensions(a), zxGetDimensions(a) + zxGetNumberOfDimensions(a));
-  const std::vector<zxSize> dimsB(zxGetDimensions(b), zxGetDimensions(b) + zxGetNumberOfDimensions(b));
-  if (dimsA != dimsB) return "dimensions differ: " + describeArray(a) + " vs " + describeArray(b);
-  if (zxIsComplex(a) != zxIsComplex(b)) return "complexity differs";
-  if (zxIsSparse(a) != zxIsSparse(b)) return "sparsity differs";
-  const zxSize count = zxGetNumberOfElements(a);
-  if (zxIsChar(a)) {
-    if (count > 0 && std::memcmp(zxGetChars(a), zxGetChars(b), count * sizeof(zxChar)) != 0) return "characters differ";
-    return "";
-  }
-  if (zxIsFunctionHandle(a)) {
-    return std::strcmp(zxGetFunctionName(a), zxGetFunctionName(b)) == 0 ? "" : "function names differ";
-  }
-  if (zxIsCell(a)) {
-    for (zxSize i = 0; i < count; ++i) {
-      const std::string inner = arrayDifference(zxGetCell(a, i), zxGetCell(b, i));
-      if (!inner.empty()) return inner + " in cell " + std::to_string(i);
-    }
-    return "";
-  }
-  if (zxIsStruct(a)) {
-    if (zxGetNumberOfFields(a) != zxGetNumberOfFields(b)) return "numbers of fields differ";
-    for (int f = 0; f < zxGetNumberOfFields(a); ++f) {
-      if (std::strcmp(zxGetFieldNameByNumber(a, f), zxGetFieldNameByNumber(b, f)) != 0) return "field names differ";
-      for (zxSize i = 0; i < count; ++i) {
-        const std::string inner = arrayDifference(zxGetFieldByNumber(a, i, f), zxGetFieldByNumber(b, i, f));
-        if (!inner.empty()) return inner + " in field " + zxGetFieldNameByNumber(a, f);
-      }
-    }
-    return "";
-  }
-  const gui_objects::ZxArrayPtr fullA(zxIsSparse(a) ? zxMustBeFull(a) : nullptr);
-  const gui_objects::ZxArrayPtr fullB(zxIsSparse(b) ? zxMustBeFull(b) : nullptr);
-  const zxArray* x = fullA ? fullA.get() : a;
-  const zxArray* y = fullB ? fullB.get() : b;
-  std::string difference;
-  zx::dispatchNumericOrLogical(zxGetClassID(a), [&](auto type) {
-    using T = typename decltype(type)::type;
-    for (const bool imag : {false, true}) {
-      if (imag && !zxIsComplex(a)) break;
-      const T* p = static_cast<const T*>(imag ? zxGetImagData(x) : zxGetData(x));
-      const T* q = static_cast<const T*>(imag ? zxGetImagData(y) : zxGetData(y));
-      for (zxSize i = 0; i < count && difference.empty(); ++i) {
-        bool bothNaN = false;
-        if constexpr (std::is_floating_point_v<T>) bothNaN = std::isnan(p[i]) && std::isnan(q[i]);
-        if (!bothNaN && std::memcmp(&p[i], &q[i], sizeof(T)) != 0) {
-          difference = "element " + std::to_string(i) + " differs";
-        }
-      }
-    }
-  });
-  return difference;
-}
-
 namespace {
 
 bool hasUnpairedSurrogate(const zxArray* text) {

@@ -45,11 +45,6 @@ class ByteReader {
     if (!(condition)) ::orbfuzz::fail("check failed: " #condition, (detail)); \
   } while (false)
 
-// Why two arrays differ (class, dimensions, complexity, sparsity, contents, cells and fields, with
-// floating values compared bit for bit except that any NaN equals any NaN), or empty when they are
-// the same. Null arrays are the same only as each other.
-std::string arrayDifference(const zxArray* a, const zxArray* b);
-
 // Whether an array holds, at any depth, something that a literal cannot write: an absent cell
 // element or struct field, a struct array that is not 1-by-1, an object or a function handle, or
 // text with an unpaired UTF-16 surrogate.

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "arraylib/zxcompare.h"
 #include "cmdlanglib/literal.h"
 #include "fuzz_support.h"
 
@@ -38,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   } catch (const cmdlang::LiteralError& error) {
     orbfuzz::fail("writeLiteral wrote a literal the reader refuses", written + ": " + error.what());
   }
-  const std::string difference = orbfuzz::arrayDifference(array.get(), again.get());
+  const std::string difference = zx::arrayDifference(array.get(), again.get());
   ORB_FUZZ_CHECK(difference.empty(), written + ": " + difference);
   const std::string rewritten = cmdlang::writeLiteral(again.get());
   ORB_FUZZ_CHECK(rewritten == written, written + " was written again as " + rewritten);

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "arraylib/zxcompare.h"
 #include "arraylib/zxerror.h"
 #include "datatype/all/all_types.h"
 #include "datatype/library.h"
@@ -96,7 +97,7 @@ void checkArrayReadBack(const FuzzType& type, COSValue value, const std::string&
                                          [&] { return type.arrays->from(COSValue(second.get())); });
   const gui_objects::ZxArrayPtr last(type.arrays->to(third).as<zxArray>());
   type.type->destroy(third);
-  const std::string difference = arrayDifference(second.get(), last.get());
+  const std::string difference = zx::arrayDifference(second.get(), last.get());
   if (!difference.empty()) {
     fail("an array read back does not settle",
          context(type, difference.c_str(), input) + ": " + describeArray(second.get()) + " then " +

@@ -10,6 +10,7 @@
 #include <string>
 #include <utility>
 
+#include "arraylib/zxcompare.h"
 #include "arraylib/zxdispatch.h"
 #include "datatype/data_type_base.h"
 #include "datatype/java_conversion.h"
@@ -55,11 +56,6 @@ zxArray* keptCopy(const zxArray* array) {
   zxArray* copy = normalisedCopy(array);
   zxSetArrayScope(copy, zxPERSISTENT);
   return copy;
-}
-
-bool sameShapeAndClass(const zxArray* a, const zxArray* b) {
-  return zxGetNumberOfDimensions(a) == zxGetNumberOfDimensions(b) && zxGetM(a) == zxGetM(b) && zxGetN(a) == zxGetN(b) &&
-         std::strcmp(zxGetClassName(a), zxGetClassName(b)) == 0;
 }
 
 struct Extremes {
@@ -117,23 +113,12 @@ gui_objects::ZxArrayPtr ArrayBase::getSharedDataCopy() const { return gui_object
 bool ArrayBase::isEmpty(const zxArray* array) { return array == nullptr || zxIsEmpty(array); }
 
 bool ArrayBase::operator==(const ArrayBase& other) const {
-  const zxArray* a = array_;
-  const zxArray* b = other.array_;
-  if (a == nullptr || b == nullptr) return a == b;
-  const zxSize limit = getMaxNumberOfValuesToCompare();
-  bool equal = true;
-  zx::dispatchNumericOrLogical(zxGetClassID(a), [&](auto type) {
-    using E = typename decltype(type)::type;
-    const zxSize count = zxGetNumberOfElements(a);
-    if (!sameShapeAndClass(a, b) || count > limit) {
-      equal = false;
-      return;
-    }
-    const auto* left = static_cast<const E*>(zxGetData(a));
-    const auto* right = static_cast<const E*>(zxGetData(b));
-    equal = count == 0 || std::equal(left, left + count, right);
-  });
-  return equal;
+  return zx::arraysEqual(array_, other.array_,
+                         {.numbers = zx::NumberEquality::ieee,
+                          .shape = zx::ShapeEquality::rowsAndColumns,
+                          .realPartsOnly = true,
+                          .numbersOnly = true,
+                          .maxElements = getMaxNumberOfValuesToCompare()});
 }
 
 char* ArrayBase::convert_to_string() const {

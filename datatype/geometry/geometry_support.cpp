@@ -5,14 +5,10 @@
 
 namespace graphics::datatype::geometry {
 
-std::string numbersText(std::span<const double> values, std::size_t cols, std::string_view open,
-                        std::string_view rowSeparator, std::string_view close) {
-  std::string text(open);
-  for (std::size_t index = 0; index < values.size(); ++index) {
-    if (index != 0) text += index % cols == 0 ? rowSeparator : std::string_view(" ");
-    zx::appendElementText(text, values[index]);
-  }
-  text += close;
+std::string numbersText(std::span<const double> values, std::size_t cols) {
+  std::string text;
+  zx::appendMatrixText(text, values, values.size() / cols, cols,
+                       {.rowSeparator = "; ", .bareScalar = false, .order = zx::MatrixLayout::Order::RowMajor});
   return text;
 }
 

@@ -78,9 +78,8 @@ decltype(auto) parseOrRefuse(Parse&& parse) {
   }
 }
 
-// Row-major numbers, cols to a row, as open, the rows separated by rowSeparator, and close; numbers
-// in a row are separated by one blank and written as the shortest text that reads back the same.
-std::string numbersText(std::span<const double> values, std::size_t cols, std::string_view open,
-                        std::string_view rowSeparator, std::string_view close);
+// Row-major numbers, cols to a row, in brackets, the rows separated by "; " and the numbers in a row by
+// one blank, each the shortest text that reads back the same: "[1 2 3]", "[1 0; 0 1]".
+std::string numbersText(std::span<const double> values, std::size_t cols);
 
 }  // namespace graphics::datatype::geometry

@@ -213,7 +213,7 @@ struct VectorRules {
     if constexpr (requires { Layout::text(value); }) {
       return Layout::text(value);
     } else {
-      return geometry::numbersText(Layout::numbersOf(value), kCount, "[", "; ", "]");
+      return geometry::numbersText(Layout::numbersOf(value), kCount);
     }
   }
   static std::string noValueText()

@@ -33,7 +33,7 @@ struct Matrix4x4Rules {
   static std::optional<std::string> toText(const Matrix4x4& value) {
     double rows[16];
     for (int index = 0; index < 16; ++index) rows[index] = value.asMatrix4x4d()(index / 4, index % 4);
-    return geometry::numbersText(rows, 4, "[", "; ", "]");
+    return geometry::numbersText(rows, 4);
   }
 };
 

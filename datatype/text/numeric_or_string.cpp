@@ -5,6 +5,7 @@
 #include <string>
 
 #include "arraylib/zxarray.h"
+#include "arraylib/zxcompare.h"
 #include "arraylib/zxformat.h"
 #include "datatype/conversion_definitions.h"
 #include "datatype/data_type_definitions.h"
@@ -33,38 +34,15 @@ void check(const zxArray& array, bool takesLogical) {
   }
 }
 
-bool sameShape(const zxArray* a, const zxArray* b) {
-  if (zxGetNumberOfDimensions(a) != zxGetNumberOfDimensions(b)) return false;
-  for (zxSize d = 0; d < zxGetNumberOfDimensions(a); ++d) {
-    if (zxGetDimensions(a)[d] != zxGetDimensions(b)[d]) return false;
-  }
-  return true;
-}
-
-// Numbers compare as doubles (NaN never equal), text unit by unit, cells element by element.
-bool sameArray(const zxArray* a, const zxArray* b) {
-  if (a == nullptr || b == nullptr) return a == b;
-  if (zxGetClassID(a) != zxGetClassID(b) || !sameShape(a, b)) return false;
-  const zxSize count = zxGetNumberOfElements(a);
-  for (zxSize i = 0; i < count; ++i) {
-    if (zxIsChar(a)) {
-      if (zxGetChars(a)[i] != zxGetChars(b)[i]) return false;
-    } else if (zxIsCell(a)) {
-      if (!sameArray(zxGetCell(a, i), zxGetCell(b, i))) return false;
-    } else if (gui_objects::readElementAsDouble(a, i) != gui_objects::readElementAsDouble(b, i)) {
-      return false;
-    }
-  }
-  return true;
-}
-
 }  // namespace
 
 bool NumericOrText::sameAs(const NumericOrText& other, const char* isEqualId) const {
   if (getPtr() == nullptr || other.getPtr() == nullptr) {
     raiseWithText(isEqualId, "A value that holds nothing cannot be compared.");
   }
-  return sameArray(getPtr(), other.getPtr());
+  // Numbers compare as the processor compares them (NaN never equal), text unit by unit, cells element
+  // by element.
+  return zx::arraysEqual(getPtr(), other.getPtr(), {.numbers = zx::NumberEquality::ieee});
 }
 
 template <class T>

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string_view>
 #include <type_traits>
 
@@ -35,7 +36,28 @@ void appendElementText(std::string& out, T value) {
   }
 }
 
-#define ORB_INSTANTIATE(T) template void appendElementText<T>(std::string&, T);
+template <class T>
+void appendMatrixText(std::string& out, std::span<const T> values, zxSize rows, zxSize cols,
+                      const MatrixLayout& layout) {
+  if (layout.bareScalar && rows == 1 && cols == 1) {
+    appendElementText(out, values[0]);
+    return;
+  }
+  const bool rowMajor = layout.order == MatrixLayout::Order::RowMajor;
+  out += '[';
+  for (zxSize row = 0; row < rows; ++row) {
+    if (row > 0) out += layout.rowSeparator;
+    for (zxSize col = 0; col < cols; ++col) {
+      if (col > 0) out += ' ';
+      appendElementText(out, values[rowMajor ? row * cols + col : row + col * rows]);
+    }
+  }
+  out += ']';
+}
+
+#define ORB_INSTANTIATE(T)                             \
+  template void appendElementText<T>(std::string&, T); \
+  template void appendMatrixText<T>(std::string&, std::span<const T>, zxSize, zxSize, const MatrixLayout&);
 ORB_INSTANTIATE(double)
 ORB_INSTANTIATE(float)
 ORB_INSTANTIATE(std::int8_t)
@@ -49,48 +71,8 @@ ORB_INSTANTIATE(std::uint64_t)
 ORB_INSTANTIATE(bool)
 #undef ORB_INSTANTIATE
 
-namespace {
-
-template <class T>
-void appendMatrix(std::string& out, const T* values, zxSize rows, zxSize cols) {
-  if (rows == 1 && cols == 1) {
-    appendElementText(out, values[0]);
-    return;
-  }
-  out += '[';
-  for (zxSize row = 0; row < rows; ++row) {
-    if (row > 0) out += ';';
-    for (zxSize col = 0; col < cols; ++col) {
-      if (col > 0) out += ' ';
-      appendElementText(out, values[row + col * rows]);
-    }
-  }
-  out += ']';
-}
-
-std::string numberText(const zxArray* array) {
-  if (zxIsEmpty(array)) return "[]";
-  if (zxIsSparse(array)) {
-    const std::unique_ptr<zxArray, decltype(&zxDestroyArray)> full(zxMustBeFull(array), &zxDestroyArray);
-    return numberText(full.get());
-  }
-  std::string out;
-  constexpr zxSize kTypicalWidth = 8;
-  out.reserve(zxGetNumberOfElements(array) * kTypicalWidth + 2);
-  dispatchNumericOrLogical(zxGetClassID(array), [&](auto type) {
-    using T = typename decltype(type)::type;
-    appendMatrix(out, static_cast<const T*>(zxGetData(array)), zxGetM(array), zxGetN(array));
-  });
-  return out;
-}
-
-std::string charText(const zxArray* array) {
-  if (zxIsEmpty(array)) return {};
-  const zxSize rows = zxGetM(array);
-  const zxSize cols = zxGetN(array);
-  const zxChar* chars = zxGetChars(array);
-  if (rows == 1) return fl::i18n::utf16ToUtf8(std::u16string_view(chars, cols));
-  std::string out = "[";
+void appendQuotedRows(std::string& out, std::span<const zxChar> chars, zxSize rows, zxSize cols) {
+  if (rows > 1) out += '[';
   std::u16string units;
   for (zxSize row = 0; row < rows; ++row) {
     if (row > 0) out += ';';
@@ -103,7 +85,36 @@ std::string charText(const zxArray* array) {
     }
     out += '\'';
   }
-  out += ']';
+  if (rows > 1) out += ']';
+}
+
+namespace {
+
+std::string numberText(const zxArray* array) {
+  if (zxIsEmpty(array)) return "[]";
+  if (zxIsSparse(array)) {
+    const std::unique_ptr<zxArray, decltype(&zxDestroyArray)> full(zxMustBeFull(array), &zxDestroyArray);
+    return numberText(full.get());
+  }
+  std::string out;
+  constexpr zxSize kTypicalWidth = 8;
+  out.reserve(zxGetNumberOfElements(array) * kTypicalWidth + 2);
+  dispatchNumericOrLogical(zxGetClassID(array), [&](auto type) {
+    using T = typename decltype(type)::type;
+    const std::span values(static_cast<const T*>(zxGetData(array)), zxGetNumberOfElements(array));
+    appendMatrixText(out, values, zxGetM(array), zxGetN(array));
+  });
+  return out;
+}
+
+std::string charText(const zxArray* array) {
+  if (zxIsEmpty(array)) return {};
+  const zxSize rows = zxGetM(array);
+  const zxSize cols = zxGetN(array);
+  const zxChar* chars = zxGetChars(array);
+  if (rows == 1) return fl::i18n::utf16ToUtf8(std::u16string_view(chars, cols));
+  std::string out;
+  appendQuotedRows(out, std::span(chars, rows * cols), rows, cols);
   return out;
 }
 

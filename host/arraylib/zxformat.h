@@ -1,7 +1,9 @@
 // The host's canonical text form of an array, used wherever an array is shown or converted to text.
 #pragma once
 
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "arraylib/zxarray.h"
 
@@ -25,5 +27,27 @@ std::string canonicalText(const zxArray* array);
 // and bool.
 template <class T>
 void appendElementText(std::string& out, T value);
+
+// How appendMatrixText lays a matrix out. The defaults give canonicalText's form.
+struct MatrixLayout {
+  enum class Order { ColumnMajor, RowMajor };
+
+  std::string_view rowSeparator = ";";
+  // A 1-by-1 matrix as its number alone, without brackets.
+  bool bareScalar = true;
+  Order order = Order::ColumnMajor;
+};
+
+// Appends a rows-by-cols matrix in brackets, columns separated by one blank and rows by the layout's
+// separator, each number as appendElementText writes it ("[0 0 0;1 1 1]"). values holds rows * cols
+// elements. Defined for the same element types as appendElementText.
+template <class T>
+void appendMatrixText(std::string& out, std::span<const T> values, zxSize rows, zxSize cols,
+                      const MatrixLayout& layout = {});
+
+// Appends each row of a column-major rows-by-cols char matrix as UTF-8 text in single quotes, its
+// quotes doubled, the rows separated by ';' and in brackets when there is more than one ("'it''s'",
+// "['ab';'cd']").
+void appendQuotedRows(std::string& out, std::span<const zxChar> chars, zxSize rows, zxSize cols);
 
 }  // namespace zx

@@ -1,12 +1,11 @@
 // Callbacks, native functions and the code evaluator hook.
 #include "guilib/callback.h"
 
-#include <cstring>
 #include <map>
 #include <new>
 
+#include "arraylib/zxcompare.h"
 #include "arraylib/zxerror.h"
-#include "arraylib/zxformat.h"
 #include "foundationlib/except.h"
 #include "utillib/ut.h"
 
@@ -32,43 +31,6 @@ std::string textOf(const zxArray* array) {
 // The function a function handle or a function-name text names.
 std::string functionNameOf(const zxArray* array) {
   return zxIsFunctionHandle(array) ? zxGetFunctionName(array) : textOf(array);
-}
-
-bool sameArray(const zxArray* a, const zxArray* b) {
-  if (a == nullptr || b == nullptr) return a == b;
-  if (zxGetClassID(a) != zxGetClassID(b) || zxGetNumberOfDimensions(a) != zxGetNumberOfDimensions(b) ||
-      std::memcmp(zxGetDimensions(a), zxGetDimensions(b), zxGetNumberOfDimensions(a) * sizeof(zxSize)) != 0) {
-    return false;
-  }
-  const zxSize count = zxGetNumberOfElements(a);
-  switch (zxGetClassID(a)) {
-    case zxCELL_CLASS:
-      for (zxSize i = 0; i < count; ++i) {
-        if (!sameArray(zxGetCell(a, i), zxGetCell(b, i))) return false;
-      }
-      return true;
-    case zxFUNCTION_CLASS:
-      return std::strcmp(zxGetFunctionName(a), zxGetFunctionName(b)) == 0;
-    case zxOBJECT_CLASS:
-      for (zxSize i = 0; i < count; ++i) {
-        if (zxGetObjectElement(a, i) != zxGetObjectElement(b, i)) return false;
-      }
-      return std::strcmp(zxGetClassName(a), zxGetClassName(b)) == 0;
-    case zxSTRUCT_CLASS:
-      if (zxGetNumberOfFields(a) != zxGetNumberOfFields(b)) return false;
-      for (int field = 0; field < zxGetNumberOfFields(a); ++field) {
-        const char* name = zxGetFieldNameByNumber(a, field);
-        for (zxSize i = 0; i < count; ++i) {
-          if (!sameArray(zxGetFieldByNumber(a, i, field), zxGetField(b, i, name))) return false;
-        }
-      }
-      return true;
-    default:
-      // Values, text and logicals: their canonical text is exact; NaN equals NaN here, deliberately,
-      // so that a callback equals its own copy.
-      return zxIsComplex(a) == zxIsComplex(b) && zxIsSparse(a) == zxIsSparse(b) &&
-             zx::canonicalText(a) == zx::canonicalText(b);
-  }
 }
 
 zxArray* keep(const zxArray* array) {
@@ -134,7 +96,7 @@ MCallback::~MCallback() { zxDestroyArray(array_); }
 MCallback* MCallback::clone() const { return new MCallback(*this); }
 
 bool MCallback::isEqual(const MCallback& a, const MCallback& b) {
-  return a.kind_ == b.kind_ && a.code_ == b.code_ && sameArray(a.array_, b.array_);
+  return a.kind_ == b.kind_ && a.code_ == b.code_ && zx::arraysEqual(a.array_, b.array_);
 }
 
 zxArray* MCallback::convertToKorvaxArray(bool persistent) const {

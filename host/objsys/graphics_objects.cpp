@@ -43,14 +43,6 @@ bool sameName(std::string_view a, std::string_view b) {
   });
 }
 
-const COSTypeConversion& arrayConversion(const std::string& typeName) {
-  const COSTypeConversion* conversion = COSTypeRepository::getConversion("any", typeName.c_str());
-  if (conversion == nullptr) {
-    zxErrMsgIdAndTxt("Korvax:objsys:NoConversion", "The data type %s has no conversion from arrays.", typeName.c_str());
-  }
-  return *conversion;
-}
-
 // Takes a value over until it is handed on; destroys it if anything fails first.
 class PendingValue {
  public:
@@ -77,10 +69,11 @@ GraphicsObject* GraphicsObject::create(std::string_view className) {
   std::vector<Slot> slots;
   for (const PropertyRow& property : kProperties) {
     if (std::string_view(property.className) != "*" && property.className != className) continue;
-    std::string typeName = std::string(kTypePackage) + property.type;
+    const std::string typeName = std::string(kTypePackage) + property.type;
     COSDataType* type = COSTypeRepository::getType(typeName.c_str());
-    if (type == nullptr || COSTypeRepository::getConversion("any", typeName.c_str()) == nullptr) continue;
-    slots.push_back(Slot{property.name, type, std::move(typeName), COSValue()});
+    const COSTypeConversion* arrays = COSTypeRepository::getConversion("any", typeName.c_str());
+    if (type == nullptr || arrays == nullptr) continue;
+    slots.push_back(Slot{property.name, type, arrays, COSValue()});
   }
   // Defaults are copied once the object owns its slots, so that its destructor frees them.
   auto* object = new GraphicsObject(row->name, std::move(slots));
@@ -138,21 +131,24 @@ void GraphicsObject::addProperty(std::string_view name, std::string_view typeNam
   const bool taken = std::ranges::any_of(slots_, [&](const Slot& slot) { return sameName(slot.name, property); });
   if (taken)
     zxErrMsgIdAndTxt("Korvax:objsys:DuplicateProperty", "The object already has a property %s.", property.c_str());
-  std::string fullName = std::string(kTypePackage) + std::string(typeName);
-  arrayConversion(fullName);
+  const std::string fullName = std::string(kTypePackage) + std::string(typeName);
+  const COSTypeConversion* arrays = COSTypeRepository::getConversion("any", fullName.c_str());
+  if (arrays == nullptr) {
+    zxErrMsgIdAndTxt("Korvax:objsys:NoConversion", "The data type %s has no conversion from arrays.", fullName.c_str());
+  }
   COSDataType* type = COSTypeRepository::getType(fullName.c_str());
   if (type == nullptr) {
     zxErrMsgIdAndTxt("Korvax:objsys:NoConversion", "The data type %s is not registered.", fullName.c_str());
   }
   // The slot is added empty and filled after, so that a failed copy leaves nothing to free twice.
-  slots_.push_back(Slot{property, type, std::move(fullName), COSValue()});
+  slots_.push_back(Slot{property, type, arrays, COSValue()});
   slots_.back().value = type->copy(type->getDefaultValue());
 }
 
 void GraphicsObject::set(std::string_view name, const zxArray* array) {
   requireLive();
   Slot& slot = slots_[indexOf(name)];
-  PendingValue value(*slot.type, arrayConversion(slot.typeName).from(COSValue(array)));
+  PendingValue value(*slot.type, slot.arrays->from(COSValue(array)));
   const bool isParent = slot.name == kParent;
   GraphicsObject* newParent = isParent ? parentIn(slot, value.get()) : nullptr;
   // The previous value goes only once the new one is accepted.
@@ -164,12 +160,12 @@ void GraphicsObject::set(std::string_view name, const zxArray* array) {
 zxArray* GraphicsObject::get(std::string_view name) const {
   requireLive();
   const Slot& slot = slots_[indexOf(name)];
-  return arrayConversion(slot.typeName).to(slot.value).as<zxArray>();
+  return slot.arrays->to(slot.value).as<zxArray>();
 }
 
 GraphicsObject* GraphicsObject::parentIn(const Slot& slot, COSValue value) const {
-  const std::unique_ptr<zxArray, decltype(&zxDestroyArray)> array(
-      arrayConversion(slot.typeName).to(value).as<zxArray>(), &zxDestroyArray);
+  const std::unique_ptr<zxArray, decltype(&zxDestroyArray)> array(slot.arrays->to(value).as<zxArray>(),
+                                                                  &zxDestroyArray);
   if (zxIsEmpty(array.get())) return nullptr;
   auto* parent = dynamic_cast<GraphicsObject*>(omGetArrayElement(array.get(), 0).get());
   if (parent == nullptr || parent->deleted_) {

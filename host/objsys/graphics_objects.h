@@ -13,6 +13,7 @@
 
 namespace objsys {
 
+class COSTypeConversion;
 class HandleTable;
 
 // A graphics object. Its properties are those its class declares (graphics_classes.def) whose data
@@ -63,7 +64,8 @@ class KX_HOST_API GraphicsObject final : public COSInterface {
   struct Slot {
     std::string name;
     COSDataType* type;
-    std::string typeName;
+    // The type's ("any", type) conversion, which the repository keeps for the life of the process.
+    const COSTypeConversion* arrays;
     COSValue value;
   };
 

@@ -3,10 +3,12 @@
 
 #include <cxxabi.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <new>
 #include <optional>
+#include <string_view>
 #include <typeinfo>
 #include <vector>
 
@@ -308,7 +310,7 @@ Response runParse(const HostSession& host, const json& request, cmdlang::ByteBud
   return stored(handle, value, budget, form);
 }
 
-Response runEqual(const HostSession& host, const json& request, cmdlang::ByteBudget& budget) {
+Response runEqual(const HostSession& host, const json& request, cmdlang::ByteBudget& budget, Form) {
   const TypeHandle handle = host.resolve(requireString(request, "type"));
   if (!request.contains("a") || !request.contains("b")) {
     throw UsageError("orbdt:BadRequest", "members \"a\" and \"b\" are required");
@@ -434,24 +436,46 @@ Response runJava(const HostSession& host, const json& request, cmdlang::ByteBudg
   return response;
 }
 
-Response runTypes(const HostSession& host) {
+Response runTypes(const HostSession& host, const json&, cmdlang::ByteBudget&, Form) {
   Response response;
   response.json = {{"ok", true}, {"types", host.typeNames()}};
   for (const std::string& name : host.typeNames()) response.text += name + "\n";
   return response;
 }
 
+// The requests on objects need neither the host's types nor a form.
+template <Response (*run)(const json&, cmdlang::ByteBudget&)>
+Response onObjects(const HostSession&, const json& request, cmdlang::ByteBudget& budget, Form) {
+  return run(request, budget);
+}
+
+// Every op a request may name, and what runs it.
+struct Operation {
+  std::string_view op;
+  Response (*run)(const HostSession& host, const json& request, cmdlang::ByteBudget& budget, Form form);
+};
+
+constexpr Operation kOperations[] = {
+    {"set", runSet},
+    {"parse", runParse},
+    {"equal", runEqual},
+    {"describe", runDescribe},
+    {"types", runTypes},
+    {"java", runJava},
+    {"new", onObjects<runNewObject>},
+    {"setprop", onObjects<runSetProperty>},
+    {"getprop", onObjects<runGetProperty>},
+    {"delete", onObjects<runDeleteObject>},
+};
+
 Response dispatch(const HostSession& host, const json& request, cmdlang::ByteBudget& budget, Form form) {
   if (!request.is_object()) throw UsageError("orbdt:BadRequest", "a request must be a JSON object");
   const std::string op = requireString(request, "op");
-  if (op == "set") return runSet(host, request, budget, form);
-  if (op == "parse") return runParse(host, request, budget, form);
-  if (op == "equal") return runEqual(host, request, budget);
-  if (op == "describe") return runDescribe(host, request, budget, form);
-  if (op == "types") return runTypes(host);
-  if (op == "java") return runJava(host, request, budget, form);
-  if (std::optional<Response> objects = runObjectRequest(request, budget)) return std::move(*objects);
-  throw UsageError("orbdt:BadRequest", "unknown op \"" + cmdlang::utf8Shortened(op, 64) + "\"");
+  const auto* operation = std::ranges::find(kOperations, op, &Operation::op);
+  if (operation == std::end(kOperations)) {
+    throw UsageError("orbdt:BadRequest", "unknown op \"" + cmdlang::utf8Shortened(op, 64) + "\"");
+  }
+  return operation->run(host, request, budget, form);
 }
 
 // A request orbdt could not run at all.

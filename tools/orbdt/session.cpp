@@ -100,6 +100,40 @@ void registerSessionFunctions(std::ostream& out) {
   cmdlang::installEvaluator();
 }
 
+ZxArrayPtr literalOf(const nlohmann::json& value, cmdlang::ByteBudget& budget) {
+  if (!value.is_string()) throw UsageError("orbdt:BadRequest", "values are host literals in strings");
+  return cmdlang::readLiteral(value.get<std::string>(), budget);
+}
+
+GraphicsObject& objectNamed(const nlohmann::json& request) {
+  const auto handle = request.find("handle");
+  if (handle == request.end() || !handle->is_number())
+    throw UsageError("orbdt:BadRequest", "member \"handle\" must be a number");
+  const ZxArrayPtr number(zxCreateDoubleScalar(handle->get<double>()));
+  return objectOf(number.get());
+}
+
+std::string propertyNamed(const nlohmann::json& request) {
+  const auto name = request.find("property");
+  if (name == request.end() || !name->is_string())
+    throw UsageError("orbdt:BadRequest", "member \"property\" must be a string");
+  return name->get<std::string>();
+}
+
+// The response {"ok":true} with what fill adds, or the host's refusal in its place.
+template <class Fill>
+Response objectResponse(Fill fill) {
+  Response response;
+  response.json = {{"ok", true}};
+  try {
+    fill(response.json);
+  } catch (const fl::except::IMsgIDException& error) {
+    response.json = {{"ok", false}, {"error", {{"id", error.get_error_id()}, {"message", error.get_message_text()}}}};
+    response.exitStatus = 1;
+  }
+  return response;
+}
+
 }  // namespace
 
 Session::Session(std::ostream& out) : out_(out) { registerSessionFunctions(out_); }
@@ -253,55 +287,40 @@ int runSession(std::istream& in, std::ostream& out, bool prompt) {
   return allRan ? 0 : 1;
 }
 
-std::optional<Response> runObjectRequest(const nlohmann::json& request, cmdlang::ByteBudget& budget) {
-  const std::string op = request.value("op", "");
-  if (op != "new" && op != "setprop" && op != "getprop" && op != "delete") return std::nullopt;
-  const auto literal = [&](const nlohmann::json& value) {
-    if (!value.is_string()) throw UsageError("orbdt:BadRequest", "values are host literals in strings");
-    return cmdlang::readLiteral(value.get<std::string>(), budget);
-  };
-  const auto objectNamed = [&]() -> GraphicsObject& {
-    const auto handle = request.find("handle");
-    if (handle == request.end() || !handle->is_number()) throw UsageError("orbdt:BadRequest", "member \"handle\" must be a number");
-    const ZxArrayPtr number(zxCreateDoubleScalar(handle->get<double>()));
-    return objectOf(number.get());
-  };
-  const auto property = [&] {
-    const auto name = request.find("property");
-    if (name == request.end() || !name->is_string()) throw UsageError("orbdt:BadRequest", "member \"property\" must be a string");
-    return name->get<std::string>();
-  };
-  Response response;
-  response.json = {{"ok", true}};
-  try {
-    if (op == "new") {
-      static const nlohmann::json kNoProps = nlohmann::json::object();
-      const auto found = request.find("props");
-      const nlohmann::json& props = found != request.end() ? *found : kNoProps;
-      if (!props.is_object()) throw UsageError("orbdt:BadRequest", "member \"props\" must be an object");
-      GraphicsObject* object = GraphicsObject::create(request.value("class", ""));
-      try {
-        for (const auto& [name, value] : props.items()) {
-          object->set(name, literal(value).get());
-        }
-      } catch (...) {
-        object->deleteObject();
-        throw;
+Response runNewObject(const nlohmann::json& request, cmdlang::ByteBudget& budget) {
+  return objectResponse([&](nlohmann::json& out) {
+    static const nlohmann::json kNoProps = nlohmann::json::object();
+    const auto found = request.find("props");
+    const nlohmann::json& props = found != request.end() ? *found : kNoProps;
+    if (!props.is_object()) throw UsageError("orbdt:BadRequest", "member \"props\" must be an object");
+    GraphicsObject* object = GraphicsObject::create(request.value("class", ""));
+    try {
+      for (const auto& [name, value] : props.items()) {
+        object->set(name, literalOf(value, budget).get());
       }
-      response.json["handle"] = object->handle();
-    } else if (op == "setprop") {
-      objectNamed().set(property(), literal(request.value("value", nlohmann::json())).get());
-    } else if (op == "getprop") {
-      const ZxArrayPtr value(objectNamed().get(property()));
-      response.json["value"] = display(value.get());
-    } else {
-      objectNamed().deleteObject();
+    } catch (...) {
+      object->deleteObject();
+      throw;
     }
-  } catch (const fl::except::IMsgIDException& error) {
-    response.json = {{"ok", false}, {"error", {{"id", error.get_error_id()}, {"message", error.get_message_text()}}}};
-    response.exitStatus = 1;
-  }
-  return response;
+    out["handle"] = object->handle();
+  });
+}
+
+Response runSetProperty(const nlohmann::json& request, cmdlang::ByteBudget& budget) {
+  return objectResponse([&](nlohmann::json&) {
+    objectNamed(request).set(propertyNamed(request), literalOf(request.value("value", nlohmann::json()), budget).get());
+  });
+}
+
+Response runGetProperty(const nlohmann::json& request, cmdlang::ByteBudget&) {
+  return objectResponse([&](nlohmann::json& out) {
+    const ZxArrayPtr value(objectNamed(request).get(propertyNamed(request)));
+    out["value"] = display(value.get());
+  });
+}
+
+Response runDeleteObject(const nlohmann::json& request, cmdlang::ByteBudget&) {
+  return objectResponse([&](nlohmann::json&) { objectNamed(request).deleteObject(); });
 }
 
 }  // namespace orbdt

@@ -48,9 +48,13 @@ class Session {
 // 0 when every line ran, 1 when any was refused.
 int runSession(std::istream& in, std::ostream& out, bool prompt);
 
-// The batch requests on objects: {"op":"new","class":"line","props":{"Parent":"1"}},
+// The batch requests on objects, one function each: {"op":"new","class":"line","props":{"Parent":"1"}},
 // {"op":"setprop","handle":H,"property":"Color","value":"'r'"}, {"op":"getprop","handle":H,
-// "property":"Color"}, {"op":"delete","handle":H}. Nullopt for any other op.
-std::optional<Response> runObjectRequest(const nlohmann::json& request, cmdlang::ByteBudget& budget);
+// "property":"Color"}, {"op":"delete","handle":H}. A refusal by the host answers {"ok":false,"error":...}
+// with exit status 1; a malformed request throws UsageError.
+Response runNewObject(const nlohmann::json& request, cmdlang::ByteBudget& budget);
+Response runSetProperty(const nlohmann::json& request, cmdlang::ByteBudget& budget);
+Response runGetProperty(const nlohmann::json& request, cmdlang::ByteBudget& budget);
+Response runDeleteObject(const nlohmann::json& request, cmdlang::ByteBudget& budget);
 
 }  // namespace orbdt

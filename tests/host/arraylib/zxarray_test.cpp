@@ -12,6 +12,7 @@
 #include <limits>
 #include <optional>
 #include <random>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
@@ -302,6 +303,30 @@ TEST(CanonicalTextTest, WritesEachClassInItsForm) {
                {ZxArrayPtr(zxCreateObjectArray("Widget", 2, row, nullptr)), "<1x2 Widget>"}};
   for (const auto& c : cases) EXPECT_EQ(canonicalText(c.array.get()), c.text);
   EXPECT_EQ(canonicalText(nullptr), "[]");
+}
+
+TEST(CanonicalTextTest, MatrixLayoutSetsRowSeparatorBracketsAndOrder) {
+  using Order = zx::MatrixLayout::Order;
+  constexpr double kSix[] = {1, 2, 3, 4, 5, 6};
+  constexpr double kHalf[] = {0.5};
+  const struct {
+    std::span<const double> values;
+    zxSize rows, cols;
+    zx::MatrixLayout layout;
+    const char* text;
+  } cases[] = {{kSix, 2, 3, {}, "[1 3 5;2 4 6]"},
+               {kSix, 2, 3, {.order = Order::RowMajor}, "[1 2 3;4 5 6]"},
+               {kSix, 3, 2, {.rowSeparator = "; ", .order = Order::RowMajor}, "[1 2; 3 4; 5 6]"},
+               {kSix, 1, 3, {.bareScalar = false, .order = Order::RowMajor}, "[1 2 3]"},
+               {kHalf, 1, 1, {}, "0.5"},
+               {kHalf, 1, 1, {.bareScalar = false}, "[0.5]"},
+               {{}, 0, 3, {}, "[]"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    std::string out = "x=";
+    zx::appendMatrixText(out, c.values, c.rows, c.cols, c.layout);
+    EXPECT_EQ(out, std::string("x=") + c.text);
+  }
 }
 
 template <class T>

@@ -7,6 +7,7 @@
 #include <limits>
 #include <type_traits>
 
+#include "arraylib/zxcompare.h"
 #include "arraylib/zxdispatch.h"
 #include "cmdlanglib/literal.h"
 
@@ -15,58 +16,9 @@ namespace cmdlang::test {
 using gui_objects::ZxArrayPtr;
 
 ::testing::AssertionResult sameArray(const zxArray* a, const zxArray* b) {
-  if (a == nullptr || b == nullptr) {
-    return a == b ? ::testing::AssertionSuccess() : ::testing::AssertionFailure() << "one element is absent";
-  }
-  if (std::string(zxGetClassName(a)) != zxGetClassName(b)) {
-    return ::testing::AssertionFailure() << zxGetClassName(a) << " vs " << zxGetClassName(b);
-  }
-  const std::vector<zxSize> dimsA(zxGetDimensions(a), zxGetDimensions(a) + zxGetNumberOfDimensions(a));
-  const std::vector<zxSize> dimsB(zxGetDimensions(b), zxGetDimensions(b) + zxGetNumberOfDimensions(b));
-  if (dimsA != dimsB) return ::testing::AssertionFailure() << "dims differ";
-  if (zxIsComplex(a) != zxIsComplex(b) || zxIsSparse(a) != zxIsSparse(b)) {
-    return ::testing::AssertionFailure() << "complexity or sparsity differs";
-  }
-  const zxSize count = zxGetNumberOfElements(a);
-  if (zxIsChar(a) && count > 0 && std::memcmp(zxGetChars(a), zxGetChars(b), count * sizeof(zxChar)) != 0) {
-    return ::testing::AssertionFailure() << "characters differ";
-  }
-  const ZxArrayPtr fullA(zxMustBeFull(a));
-  const ZxArrayPtr fullB(zxMustBeFull(b));
-  bool same = true;
-  zx::dispatchNumericOrLogical(zxGetClassID(a), [&](auto type) {
-    using T = typename decltype(type)::type;
-    for (const bool imag : {false, true}) {
-      if (imag && !zxIsComplex(a)) break;
-      const T* x = static_cast<const T*>(imag ? zxGetImagData(fullA.get()) : zxGetData(fullA.get()));
-      const T* y = static_cast<const T*>(imag ? zxGetImagData(fullB.get()) : zxGetData(fullB.get()));
-      for (zxSize i = 0; i < count; ++i) {
-        bool bothNaN = false;
-        if constexpr (std::is_floating_point_v<T>) bothNaN = std::isnan(x[i]) && std::isnan(y[i]);
-        same = same && (bothNaN || std::memcmp(&x[i], &y[i], sizeof(T)) == 0);
-      }
-    }
-  });
-  if (!same) return ::testing::AssertionFailure() << "values differ";
-  if (zxIsCell(a)) {
-    for (zxSize i = 0; i < count; ++i) {
-      auto inner = sameArray(zxGetCell(a, i), zxGetCell(b, i));
-      if (!inner) return inner << " in cell " << i;
-    }
-  }
-  if (zxIsStruct(a)) {
-    if (zxGetNumberOfFields(a) != zxGetNumberOfFields(b)) return ::testing::AssertionFailure() << "fields differ";
-    for (int f = 0; f < zxGetNumberOfFields(a); ++f) {
-      if (std::string(zxGetFieldNameByNumber(a, f)) != zxGetFieldNameByNumber(b, f)) {
-        return ::testing::AssertionFailure() << "field names differ";
-      }
-      for (zxSize i = 0; i < count; ++i) {
-        auto inner = sameArray(zxGetFieldByNumber(a, i, f), zxGetFieldByNumber(b, i, f));
-        if (!inner) return inner << " in field " << zxGetFieldNameByNumber(a, f);
-      }
-    }
-  }
-  return ::testing::AssertionSuccess();
+  const std::string difference = zx::arrayDifference(a, b);
+  if (difference.empty()) return ::testing::AssertionSuccess();
+  return ::testing::AssertionFailure() << difference;
 }
 
 namespace {
