@@ -27,11 +27,9 @@ struct PropertyRow {
 };
 
 #define ORB_GRAPHICS_CLASS(Name, Kind) ClassRow{#Name, HandleKind::Kind},
-#define ORB_GRAPHICS_PROPERTY(Class, Property, Type)
 constexpr ClassRow kClasses[] = {
 #include "objsys/graphics_classes.def"
 };
-#define ORB_GRAPHICS_CLASS(Name, Kind)
 #define ORB_GRAPHICS_PROPERTY(Class, Property, Type) PropertyRow{Class, #Property, #Type},
 constexpr PropertyRow kProperties[] = {
 #include "objsys/graphics_classes.def"

@@ -116,6 +116,8 @@ void writeType(const HostSession& host, const std::string& fullName, std::ostrea
     if (about["defaultText"].is_string()) out << ", text " << code(about["defaultText"].get<std::string>());
     out << "\n";
   }
+  if (about["textForm"].is_string()) out << "- Text form: " << about["textForm"].get<std::string>() << "\n";
+  if (about["defaultHoldsValue"] == false) out << "- The default holds no value\n";
   if (about["javaPeer"].is_string()) out << "- Java form: " << about["javaPeer"].get<std::string>() << "\n";
   if (about["possibleValues"].is_array()) {
     out << "- Possible values:";

@@ -48,6 +48,9 @@ HostSession::HostSession(const LibraryLocation& library) {
                              " is not the data type library: it has no KXInitialize_orbdatatypes or "
                              "KXTerminate_orbdatatypes");
   }
+  // A library without the export describes its types without their facts.
+  factsOf_ = reinterpret_cast<const graphics::datatype::TypeFacts* (*)(const char*)>(
+      utGetLibrarySymbol(library_, "orbdatatypes_type_facts"));
   initialize(nullptr);
 }
 
@@ -65,6 +68,7 @@ TypeHandle HostSession::resolve(const std::string& name) const {
   }
   handle.arrays = objsys::COSTypeRepository::getConversion("any", handle.fullName.c_str());
   handle.texts = objsys::COSTypeRepository::getConversion("asciiString", handle.fullName.c_str());
+  if (factsOf_ != nullptr) handle.facts = factsOf_(handle.fullName.c_str());
   return handle;
 }
 

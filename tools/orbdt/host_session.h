@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "datatype/type_facts.h"
 #include "objsys/cos_data_type.h"
 #include "objsys/cos_type_conversion.h"
 #include "orbdt/usage_error.h"
@@ -17,6 +18,7 @@ struct TypeHandle {
   objsys::COSDataType* type = nullptr;
   const objsys::COSTypeConversion* arrays = nullptr;  // ("any", type); may be null
   const objsys::COSTypeConversion* texts = nullptr;   // ("asciiString", type); may be null
+  const graphics::datatype::TypeFacts* facts = nullptr;  // what the library states of the type; may be null
 };
 
 inline constexpr const char* kPackage = "korvax.graphics.datatype";
@@ -49,6 +51,7 @@ class HostSession {
  private:
   void* library_ = nullptr;
   void (*terminate_)() = nullptr;
+  const graphics::datatype::TypeFacts* (*factsOf_)(const char* fullName) = nullptr;
 };
 
 }  // namespace orbdt

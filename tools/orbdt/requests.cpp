@@ -335,6 +335,27 @@ Response runEqual(const HostSession& host, const json& request, cmdlang::ByteBud
   return response;
 }
 
+const char* textFormName(graphics::datatype::TextForm form) {
+  switch (form) {
+    case graphics::datatype::TextForm::ours: return "ours";
+    case graphics::datatype::TextForm::fixed: return "fixed";
+    case graphics::datatype::TextForm::refused: return "refused";
+    case graphics::datatype::TextForm::none: return "none";
+  }
+  return "";
+}
+
+// What a text form means, for people.
+std::string textFormMeaning(graphics::datatype::TextForm form) {
+  switch (form) {
+    case graphics::datatype::TextForm::ours: return "ours; a value's text reads back as the same text";
+    case graphics::datatype::TextForm::fixed: return "fixed by the type's rule; it need not read back exactly";
+    case graphics::datatype::TextForm::refused: return "none; asking for one is refused";
+    case graphics::datatype::TextForm::none: return "none";
+  }
+  return "";
+}
+
 // The value class behind a data type as the class system sees it: its dynamic type's name.
 std::string classNameOf(const objsys::COSDataType& type) {
   int status = 0;
@@ -377,6 +398,13 @@ Response runDescribe(const HostSession& host, const json& request, cmdlang::Byte
   if (type.isPossibleValuesFinite()) out["possibleValues"] = possibleNames(handle);
   const objsys::JavaTypeConversion* java = objsys::JavaTypeConversion::getConversion(objsys::COSNameID(handle.fullName.c_str()));
   out["javaPeer"] = java != nullptr ? json(java->javaClassName()) : json(nullptr);
+  out["textForm"] = nullptr;
+  out["defaultHoldsValue"] = nullptr;
+  if (handle.facts != nullptr) {
+    out["textForm"] = textFormName(handle.facts->text);
+    out["defaultHoldsValue"] = handle.facts->defaultHoldsValue;
+    out["javaPeer"] = graphics::datatype::javaClassOf(*handle.facts);
+  }
   std::string& text = response.text;
   text += "type:             " + handle.fullName + "\n";
   text += "name:             " + out["name"].get<std::string>() + "\n";
@@ -388,7 +416,8 @@ Response runDescribe(const HostSession& host, const json& request, cmdlang::Byte
           std::to_string(type.getValueSizeInBytes(COSValue())) + " bytes\n";
   text += "default:          " + defaultLiteral + "\n";
   text += "default text:     " + defaultText + "\n";
-  text += "java form:        " + (java != nullptr ? std::string(java->javaClassName()) : "(none)") + "\n";
+  if (handle.facts != nullptr) text += "text form:        " + textFormMeaning(handle.facts->text) + "\n";
+  text += "java form:        " + (out["javaPeer"].is_string() ? out["javaPeer"].get<std::string>() : "(none)") + "\n";
   if (out["possibleValues"].is_array()) {
     text += "possible values:";
     for (const json& name : out["possibleValues"]) text += " '" + name.get<std::string>() + "'";

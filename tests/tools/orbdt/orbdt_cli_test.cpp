@@ -76,6 +76,7 @@ TEST(OrbdtCommands, PeopleSeeValuesTextsRefusalsAndUsageErrors) {
       {"java RGBAColor \"'r'\"", 0,
        "java class: korvax.graphics.types.OrbColor\njava text:  OrbColor[1.0 0.0 0.0 1.0]"},
       {"java JavaPeer 'complex(1, 2)'", 1, "error: Korvax:class:JavaConversionError: "},
+      {"describe Point2", 0, "text form:        fixed by the type's rule"},
       {"describe Point2", 0, "java form:        java.awt.Point"},
       // The request limit is an option, and refusals name it.
       {"set MeshAlpha 'zeros(1e6, 1e6)'", 2,
@@ -102,7 +103,9 @@ TEST(OrbdtCommands, JsonModeWritesOneResponseObject) {
        {{"sizeInBits", 128},
         {"className", "MeshAlphaDataType"},
         {"default", {{"re", {1.0}}}},
+        {"textForm", "fixed"},
         {"possibleValues", {"flat", "interp", "texturemap"}}}},
+      {"describe Callback --json", 0, {{"textForm", "none"}, {"defaultHoldsValue", false}}},
       {"java Positive 0.5 --json", 0, {{"javaClass", "korvax.graphics.types.OrbDouble"}, {"equal", true}}},
   };
   for (const auto& [arguments, status, members] : cases) {
