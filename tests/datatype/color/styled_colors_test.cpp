@@ -62,6 +62,20 @@ TEST_F(StyledColors, ArraysOfEveryClassAndTextsGiveColorsOrKeywords) {
   }
 }
 
+// A color's text is "[ r g b ]" with each component as %g writes it (six significant digits); a mode's
+// alpha number is written as the stream writes it, which is the same.
+TEST_F(StyledColors, NumbersInTextsAreWrittenWithSixSignificantDigits) {
+  const Case cases[] = {
+      {"RGBAColor", "[1e-7 0.123456789 1]", "[1e-07 0.123456789 1] | [ 1e-07 0.123457 1 ]"},
+      {"MarkerColor", "[0.5 0.25 0]", "[0.5 0.25 0] | [ 0.5 0.25 0 ]"},
+      {"RGBMatrixFlatNoneColor", "[1e-7 0.5 1; 0 0 0.123456789]",
+       "[1e-07 0.5 1;0 0 0.123456789] | [ 1e-07 0.5 1 ; 0 0 0.123457 ; ]"},
+      {"MeshAlpha", "1e-7", "1e-07 | 1e-07"},
+      {"MeshAlpha", "0.123456789", "0.123456789 | 0.123457"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(setting(c.type, c.input), c.seen) << c.type << " " << c.input;
+}
+
 TEST_F(StyledColors, EqualityLooksAtTheColorOnlyInTheColorStyle) {
   EXPECT_EQ(RGBAColor(1, 0, 0, 0.5), RGBAColor("1 0 0 0.5"));
   EXPECT_FALSE(RGBAColor(1, 0, 0, 0.5) == RGBAColor(1, 0, 0, 1));

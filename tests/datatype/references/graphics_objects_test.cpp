@@ -195,11 +195,14 @@ TEST_F(Objects, RefusalsCopiesAssignmentsAndReplacementsBalanceReferenceCounts) 
   EXPECT_EQ(figure->referenceCount(), base);
 }
 
-// Object references are never read from text; any reference type's value gives its object.
-TEST_F(Objects, ReferencesAreNotReadFromTextAndGiveTheirObject) {
+// Object references are never read from text nor written as text, not even an empty slot; any
+// reference type's value gives its object.
+TEST_F(Objects, ReferencesHaveNoTextAndGiveTheirObject) {
   for (const char* name : {"korvax.graphics.datatype.HandleOrEmpty", "korvax.graphics.datatype.COSInterface"}) {
-    EXPECT_THAT([&] { objsys::COSTypeRepository::getConversion("asciiString", name)->from(COSValue("1")); },
-                RaisesId("Korvax:datatypes:handleoremptydatatype:StringToDataType"))
+    const objsys::COSTypeConversion& texts = *objsys::COSTypeRepository::getConversion("asciiString", name);
+    EXPECT_THAT([&] { texts.from(COSValue("1")); }, RaisesId("Korvax:datatypes:handleoremptydatatype:StringToDataType"))
+        << name;
+    EXPECT_THAT([&] { texts.to(COSValue()); }, RaisesId("Korvax:datatypes:handleoremptydatatype:DataTypeToString"))
         << name;
   }
   HandleOrEmpty value{COSInterfacePtr(figure)}, none;
