@@ -40,7 +40,17 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
 }
 
-// "name = [r g b]; ..." as named colors; refuses the whole text when any entry is malformed.
+// Whether a name is one a struct field could have: a letter, then letters, digits and underscores. Text
+// takes no other names, so that no entry can look like numbers ("0 0 1") or blanks to later callers.
+bool isFieldName(std::string_view name) {
+  const auto letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+  const auto digit = [](char c) { return c >= '0' && c <= '9'; };
+  return !name.empty() && letter(name.front()) &&
+         std::all_of(name.begin(), name.end(), [&](char c) { return letter(c) || digit(c) || c == '_'; });
+}
+
+// "name = [r g b]; ..." as named colors; refuses the whole text when any entry is malformed or names a
+// color with a name no struct field could have.
 std::vector<NamedColor> namedColorsOf(std::string_view text) {
   std::vector<NamedColor> colors;
   while (!text.empty()) {
@@ -50,7 +60,7 @@ std::vector<NamedColor> namedColorsOf(std::string_view text) {
     if (entry.empty()) continue;
     const std::size_t equals = entry.find('=');
     const std::string_view name = trimmed(entry.substr(0, equals));
-    if (equals == std::string_view::npos || name.empty()) raise<Korvax::datatypes::RGBAColor::ParseError>();
+    if (equals == std::string_view::npos || !isFieldName(name)) raise<Korvax::datatypes::RGBAColor::ParseError>();
     const std::string numbers(entry.substr(equals + 1));
     const std::optional<gui_objects::Point3d> rgb =
         gui_objects::convert_from_string_utils::try_parse_1x3_double(numbers.c_str());
@@ -86,6 +96,8 @@ struct ColorTableRules {
     for (const auto& entry : entries) names.push_back(entry.first.c_str());
     gui_objects::ZxArrayPtr table(zxCreateStructMatrix(1, 1, static_cast<int>(names.size()), names.data()));
     if (!table) throw fl::except::bad_alloc();
+    // The names are the table's distinct keys in order, so entry f is field f.
+    int field = 0;
     for (const auto& [name, rgb] : entries) {
       zxArray* row = zxCreateDoubleMatrix(1, 3, zxREAL);
       if (row == nullptr) throw fl::except::bad_alloc();
@@ -93,7 +105,7 @@ struct ColorTableRules {
       values[0] = rgb.r;
       values[1] = rgb.g;
       values[2] = rgb.b;
-      zxSetField(table.get(), 0, name.c_str(), row);
+      zxSetFieldByNumber(table.get(), 0, field++, row);
     }
     return table.release();
   }

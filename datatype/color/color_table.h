@@ -37,7 +37,8 @@ class ORB_EXPORT ColorTableDataType : public BasicDataType<ColorTableDataType, C
 // Arrays: each field of a struct's (or object's) first element names a color whose first three
 // doubles are its red, green and blue, added to the table over any entry of that name; any other
 // array adds nothing. Read back as a 1-by-1 struct with one 1-by-3 row per name, in name order.
-// Text: entries "name = [r g b]" separated by ';', added alike; written in the same form.
+// Text: entries "name = [r g b]" separated by ';', added alike, each name one a struct field could have
+// (a letter, then letters, digits and underscores); written in the same form.
 struct ORB_EXPORT ColorTableRules;
 class ORB_EXPORT ColorTableMC final : public ArrayConversion<ColorTableRules> {};
 class ORB_EXPORT ColorTableSC final : public TextConversion<ColorTableRules> {};

@@ -416,7 +416,8 @@ zxArray* mapFromJava(JNIEnv* env, jobject map) {
     jobject key = env->GetObjectArrayElement(static_cast<jobjectArray>(keys), i);
     jobject value = env->CallObjectMethod(map, get, key);
     kxjRaisePendingException(env);
-    zxSetField(made.get(), 0, fieldNames[static_cast<std::size_t>(i)], fromJava(env, value));
+    // A map's keys are distinct, so field i is key i: set by number, not looked up by name.
+    zxSetFieldByNumber(made.get(), 0, static_cast<int>(i), fromJava(env, value));
   }
   return made.release();
 }

@@ -43,6 +43,11 @@ COSDataType* COSTypeRepository::getType(const COSNameID& name) {
   return found == repository().types.end() ? nullptr : found->second;
 }
 
+COSDataType* COSTypeRepository::getType(const char* name) {
+  const std::optional<COSNameID> known = COSNameID::find(name != nullptr ? name : "");
+  return known ? getType(*known) : nullptr;
+}
+
 void COSTypeRepository::addConversion(const COSNameID& source, const COSNameID& target, COSTypeConversion* conversion) {
   COSTypeConversion*& slot = repository().conversions[{source, target}];
   if (slot != nullptr && slot != conversion) repository().replaced.push_back(slot);
@@ -52,6 +57,12 @@ void COSTypeRepository::addConversion(const COSNameID& source, const COSNameID& 
 COSTypeConversion* COSTypeRepository::getConversion(const COSNameID& source, const COSNameID& target) {
   const auto found = repository().conversions.find({source, target});
   return found == repository().conversions.end() ? nullptr : found->second;
+}
+
+COSTypeConversion* COSTypeRepository::getConversion(const char* source, const char* target) {
+  const std::optional<COSNameID> knownSource = COSNameID::find(source != nullptr ? source : "");
+  const std::optional<COSNameID> knownTarget = COSNameID::find(target != nullptr ? target : "");
+  return knownSource && knownTarget ? getConversion(*knownSource, *knownTarget) : nullptr;
 }
 
 void COSTypeRepository::removeConversion(const COSNameID& source, const COSNameID& target) {

@@ -30,9 +30,12 @@ class KX_HOST_API COSTypeRepository {
   static void addNamedType(const COSNameID& fullName, COSDataType* type);
   // A global type by its name or a package's type by its full name; null when unknown.
   static COSDataType* getType(const COSNameID& name);
+  // The same by text, without interning a name that nothing registered.
+  static COSDataType* getType(const char* name);
   // Replaces an earlier conversion for the same pair (the earlier object stays alive).
   static void addConversion(const COSNameID& source, const COSNameID& target, COSTypeConversion* conversion);
   static COSTypeConversion* getConversion(const COSNameID& source, const COSNameID& target);
+  static COSTypeConversion* getConversion(const char* source, const char* target);
   // Forgets the conversion; its owner deletes it.
   static void removeConversion(const COSNameID& source, const COSNameID& target);
 };

@@ -18,4 +18,10 @@ COSNameID::COSNameID(const char* name) : COSNameID(std::string_view(name != null
 
 COSNameID::COSNameID(std::string_view name) : name_(&*namePool().emplace(name).first) {}
 
+std::optional<COSNameID> COSNameID::find(std::string_view name) {
+  const auto found = namePool().find(std::string(name));
+  if (found == namePool().end()) return std::nullopt;
+  return COSNameID(&*found);
+}
+
 }  // namespace objsys

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -41,12 +42,16 @@ class KX_HOST_API COSNameID {
  public:
   COSNameID(const char* name);  // NOLINT(google-explicit-constructor): names are written as literals
   explicit COSNameID(std::string_view name);
+  // The name if it was ever interned, without interning it: a lookup of a name nobody registered
+  // leaves nothing behind.
+  static std::optional<COSNameID> find(std::string_view name);
 
   const char* c_str() const { return name_->c_str(); }
   std::string_view view() const { return *name_; }
   friend bool operator==(const COSNameID& a, const COSNameID& b) { return a.name_ == b.name_; }
 
  private:
+  explicit COSNameID(const std::string* interned) : name_(interned) {}
   const std::string* name_;
 };
 

@@ -186,10 +186,22 @@ void GraphicsObject::relink(GraphicsObject* parent) {
 
 void GraphicsObject::deleteObject() {
   if (deleted_) return;
-  const COSInterfacePtr self(this);
-  for (GraphicsObject* child : std::vector<GraphicsObject*>(children_)) child->deleteObject();
-  deleted_ = true;
+  // The subtree, each object after its parent, found without recursion so that no depth of tree can
+  // exhaust the stack; every object is held until all are deleted, children before their parents.
+  std::vector<GraphicsObject*> subtree{this};
+  for (std::size_t i = 0; i < subtree.size(); ++i) {
+    for (GraphicsObject* child : subtree[i]->children_) subtree.push_back(child);
+  }
+  const std::vector<COSInterfacePtr> held(subtree.begin(), subtree.end());
   relink(nullptr);
+  for (auto object = subtree.rbegin(); object != subtree.rend(); ++object) (*object)->release();
+}
+
+void GraphicsObject::release() {
+  deleted_ = true;
+  // The whole subtree goes, so children are dropped wholesale rather than unlinked one by one.
+  parent_ = nullptr;
+  children_.clear();
   // Releasing the values drops the references they hold (the parent's among them).
   for (Slot& slot : slots_) slot.type->destroy(std::exchange(slot.value, COSValue()));
   table_->remove(handle_);

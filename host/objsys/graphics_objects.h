@@ -78,6 +78,8 @@ class KX_HOST_API GraphicsObject final : public COSInterface {
   // object that is not this object or one of its descendants.
   GraphicsObject* parentIn(const Slot& slot, COSValue value) const;
   void relink(GraphicsObject* parent);
+  // Marks this object deleted and releases its values and its handle; its subtree is going too.
+  void release();
 
   std::string className_;
   std::vector<Slot> slots_;

@@ -22,8 +22,12 @@ double HandleTable::add(COSInterface* object, HandleKind kind) {
   double handle = 0;
   switch (kind) {
     case HandleKind::Integer:
-      handle = 1;
-      while (objects_.contains(handle)) ++handle;
+      if (freedIntegers_.empty()) {
+        handle = nextInteger_++;
+      } else {
+        handle = *freedIntegers_.begin();
+        freedIntegers_.erase(freedIntegers_.begin());
+      }
       break;
     case HandleKind::Fraction:
       while (objects_.contains(nextFraction_)) ++nextFraction_;
@@ -54,6 +58,7 @@ void HandleTable::remove(double handle) {
   if (found == objects_.end()) return;
   const COSInterfacePtr released = std::move(found->second);
   objects_.erase(found);
+  if (handle < nextInteger_ && handle == std::floor(handle)) freedIntegers_.insert(handle);
 }
 
 std::vector<double> HandleTable::handles() const {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <map>
 #include <optional>
+#include <set>
 #include <vector>
 
 #include "foundationlib/visibility.h"
@@ -40,6 +41,9 @@ class KX_HOST_API HandleTable {
 
  private:
   std::map<double, COSInterfacePtr> objects_;
+  // Integers are given from nextInteger_ on, or the lowest one freed below it, in logarithmic time.
+  double nextInteger_ = 1;
+  std::set<double> freedIntegers_;
   double nextFraction_ = 0.5;
 };
 
