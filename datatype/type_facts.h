@@ -38,6 +38,8 @@ struct TypeFacts {
   bool arraysUseJava = false;
   // Whether the value is kept outside its block, which then reports no size (the color-name table).
   bool valueOutsideBlock = false;
+  // Whether storing a value extends a table that lasts for the process (the color names).
+  bool growsProcessTable = false;
   // Whether a type with named values offers some of them (one may accept names and offer none).
   bool offersNames = true;
 };

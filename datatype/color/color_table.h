@@ -30,7 +30,7 @@ class ORB_EXPORT ColorTableDataType : public BasicDataType<ColorTableDataType, C
   static constexpr std::size_t kValueSizeInBytes = 0;
   // The value refers to the process's one table, and every array is taken (a struct extends the table,
   // anything else leaves it as it is).
-  static constexpr TypeFacts kFacts{.refusedArray = nullptr, .valueOutsideBlock = true};
+  static constexpr TypeFacts kFacts{.refusedArray = nullptr, .valueOutsideBlock = true, .growsProcessTable = true};
   static ColorTable makeDefaultValue() { return ColorTable(); }
 };
 

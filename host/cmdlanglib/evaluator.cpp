@@ -5,6 +5,7 @@
 #include <string>
 
 #include "arraylib/zxerror.h"
+#include "cmdlanglib/budget.h"
 #include "cmdlanglib/literal.h"
 #include "guilib/callback.h"
 
@@ -31,7 +32,9 @@ struct Call {
                    text.c_str(), why.c_str());
 }
 
-Call callOf(std::string_view statement) {
+std::size_t codeByteLimit = ByteBudget::kUnlimited;
+
+Call callOf(std::string_view statement, ByteBudget& budget) {
   std::size_t nameEnd = 0;
   while (nameEnd < statement.size() && (std::isalnum(static_cast<unsigned char>(statement[nameEnd])) != 0 ||
                                         statement[nameEnd] == '_')) {
@@ -46,7 +49,7 @@ Call callOf(std::string_view statement) {
   if (trimmed(inside).empty()) return call;
   for (std::string_view argument : splitTopLevel(inside, ",")) {
     try {
-      call.arguments.push_back(readLiteral(argument));
+      call.arguments.push_back(readLiteral(argument, budget));
     } catch (const LiteralError& error) {
       cannotRun(statement, "the argument '" + std::string(argument) + "' is not a literal (" + error.what() + ")");
     }
@@ -92,8 +95,9 @@ bool isName(std::string_view text) {
 void evaluate(std::string_view code) {
   // Every statement is read before any runs, so code that cannot be run does nothing at all.
   std::vector<Call> calls;
+  ByteBudget budget(codeByteLimit);
   for (std::string_view statement : splitTopLevel(code, ";,\n")) {
-    if (!statement.empty()) calls.push_back(callOf(statement));
+    if (!statement.empty()) calls.push_back(callOf(statement, budget));
   }
   for (const Call& call : calls) {
     std::vector<const zxArray*> arguments;
@@ -103,5 +107,7 @@ void evaluate(std::string_view code) {
 }
 
 void installEvaluator() { gui_objects::setCodeEvaluator(&evaluate); }
+
+void setCodeByteLimit(std::size_t bytes) { codeByteLimit = bytes; }
 
 }  // namespace cmdlang

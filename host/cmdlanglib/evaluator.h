@@ -2,6 +2,7 @@
 // literal arguments, such as "disp('clicked'); beep". It runs the code of callbacks.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 #include <vector>
 
@@ -22,5 +23,9 @@ void evaluate(std::string_view code);
 
 // Makes evaluate the evaluator of callbacks' code.
 void installEvaluator();
+
+// The memory the literals of one run of code may take (unlimited until a host sets it); code whose
+// literals would take more is refused with a TooLargeError before any statement runs.
+void setCodeByteLimit(std::size_t bytes);
 
 }  // namespace cmdlang

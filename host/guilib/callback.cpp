@@ -1,7 +1,9 @@
 // Callbacks, native functions and the code evaluator hook.
 #include "guilib/callback.h"
 
+#include <algorithm>
 #include <map>
+#include <memory>
 #include <new>
 
 #include "arraylib/zxcompare.h"
@@ -55,7 +57,15 @@ void callFunction(std::string_view name, const std::vector<const zxArray*>& argu
   }
   // A copy, so that a function that re-registers itself while running stays alive.
   const NativeFunction function = found->second;
-  function(arguments);
+  // A function never receives a null array: an absent argument (an unset cell of a callback) is [].
+  if (std::ranges::find(arguments, nullptr) == arguments.end()) {
+    function(arguments);
+    return;
+  }
+  const std::unique_ptr<zxArray, decltype(&zxDestroyArray)> empty(zxCreateDoubleMatrix(0, 0, zxREAL), &zxDestroyArray);
+  std::vector<const zxArray*> present(arguments);
+  std::ranges::replace(present, nullptr, empty.get());
+  function(present);
 }
 
 void setCodeEvaluator(CodeEvaluator codeEvaluator) { evaluator = codeEvaluator; }

@@ -169,7 +169,10 @@ GraphicsObject* GraphicsObject::parentIn(const Slot& slot, COSValue value) const
   if (parent == nullptr || parent->deleted_) {
     zxErrMsgIdAndTxt("Korvax:objsys:InvalidParent", "A parent must be a graphics object that has not been deleted.");
   }
-  for (const GraphicsObject* ancestor = parent; ancestor != nullptr; ancestor = ancestor->parent_) {
+  // Only an object with children can have the new parent below it; a leaf is checked at once, so
+  // that building a deep tree from its root down takes time linear in its size.
+  const GraphicsObject* last = children_.empty() ? parent->parent_ : nullptr;
+  for (const GraphicsObject* ancestor = parent; ancestor != last; ancestor = ancestor->parent_) {
     if (ancestor == this) {
       zxErrMsgIdAndTxt("Korvax:objsys:InvalidParent", "A %s object cannot be its own parent or ancestor.",
                        className_.c_str());

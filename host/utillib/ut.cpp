@@ -13,7 +13,8 @@
 namespace {
 
 ut::PrintCapture* currentCapture = nullptr;
-bool interruptPending = false;
+// Set from a signal handler, so it is a lock-free atomic.
+std::atomic<bool> interruptPending = false;
 std::string lastLibraryError;
 
 void rememberLoaderError() {

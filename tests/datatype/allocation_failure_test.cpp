@@ -151,6 +151,8 @@ TEST_F(AllocationFailure, SampleValuesOnEveryType) {
   };
   constexpr const char* kTexts[] = {" Dotted ", "0 0 0 0.5", "purple", "%*d", "[0 1 2]", "0.1 0.1 0.8 0.8", "disp('x')"};
   for (const TypeRow& row : kEveryType) {
+    // A Java machine, which such a type would start, allocates outside the failures injected here.
+    if (row.facts.arraysUseJava) continue;
     for (const char* literal : kLiterals) fromLiteral(row.name, literal);
     for (const char* text : kTexts) fromText(row.name, text);
   }

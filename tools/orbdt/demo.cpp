@@ -4,6 +4,7 @@
 #include <iomanip>
 #include <string>
 
+#include "orbdt/request_line.h"
 #include "orbdt/requests.h"
 #include "orbdt/session.h"
 
@@ -88,7 +89,7 @@ constexpr SessionStep kSessionSteps[] = {
 
 int runObjectDemo(std::ostream& out) {
   out << "\nobjects, handles and callbacks:\n";
-  Session session(out);
+  Session session(out, kDefaultMaxRequestBytes);
   int unexpected = 0;
   for (const SessionStep& step : kSessionSteps) {
     out << ">> " << step.line << "\n";

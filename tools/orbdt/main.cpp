@@ -1,16 +1,21 @@
 // orbdt: a small host that loads the data type library and sets, parses, compares and describes
 // property values of any registered type.
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
-#include <fstream>
+#include <cerrno>
+#include <cstring>
 #include <iostream>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "cmdlanglib/evaluator.h"
 #include "cmdlanglib/literal.h"
 #include "orbdt/catalog.h"
 #include "orbdt/demo.h"
+#include "orbdt/holdings.h"
 #include "orbdt/host_session.h"
 #include "orbdt/request_line.h"
 #include "orbdt/requests.h"
@@ -37,6 +42,8 @@ const std::string kUsage =
     "  --max-request-bytes N  memory one request may take: its line, its values and its response\n"
     "                         (N in bytes, or with K, M or G; default 256M); larger requests are\n"
     "                         refused with orbdt:TooLarge before anything is allocated\n"
+    "  --max-session-bytes N  memory what requests keep may take together: variables, objects and\n"
+    "                         their property values, color names added (default 512M)\n"
     "Limits: literals nest at most " +
     std::to_string(cmdlang::kMaxLiteralDepth) + " levels deep, JSON request lines " +
     std::to_string(orbdt::kMaxJsonDepth) + " levels.\n";
@@ -54,10 +61,10 @@ nlohmann::json requestOf(const std::vector<std::string>& words) {
   return nullptr;
 }
 
-// Takes --max-request-bytes N (or =N) out of words; nullopt when it is given without a valid count.
-std::optional<std::size_t> takeRequestLimit(std::vector<std::string>& words) {
-  const std::string option = "--max-request-bytes";
-  std::size_t limit = orbdt::kDefaultMaxRequestBytes;
+// Takes a byte-count option (--NAME N or --NAME=N) out of words; nullopt when it is given without a
+// valid count.
+std::optional<std::size_t> takeByteLimit(std::vector<std::string>& words, const std::string& option,
+                                         std::size_t limit) {
   for (std::size_t i = 0; i < words.size();) {
     std::optional<std::string> value;
     std::size_t taken = 1;
@@ -80,6 +87,18 @@ std::optional<std::size_t> takeRequestLimit(std::vector<std::string>& words) {
   return limit;
 }
 
+// Why a script cannot be run from path, or nullopt when it can: it must open for reading and not be a
+// directory (which opens, and reads as nothing).
+std::optional<std::string> cannotRead(const std::string& path) {
+  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return std::string(std::strerror(errno));
+  struct stat status {};
+  const bool directory = ::fstat(fd, &status) == 0 && S_ISDIR(status.st_mode);
+  ::close(fd);
+  if (directory) return std::string("it is a directory");
+  return std::nullopt;
+}
+
 // One answer per line that is not blank, written and flushed before the next line is read.
 int runBatch(const orbdt::HostSession& host, std::size_t maxRequestBytes) {
   orbdt::LineReader lines(STDIN_FILENO, maxRequestBytes);
@@ -95,11 +114,20 @@ int runBatch(const orbdt::HostSession& host, std::size_t maxRequestBytes) {
 int main(int argc, char** argv) {
   std::vector<std::string> words(argv + 1, argv + argc);
   const bool json = std::erase(words, "--json") > 0;
-  const std::optional<std::size_t> maxRequestBytes = takeRequestLimit(words);
+  const std::optional<std::size_t> maxRequestBytes =
+      takeByteLimit(words, "--max-request-bytes", orbdt::kDefaultMaxRequestBytes);
   if (!maxRequestBytes) {
     std::cerr << "orbdt: --max-request-bytes needs a byte count such as 268435456 or 256M\n" << kUsage;
     return 2;
   }
+  const std::optional<std::size_t> maxSessionBytes =
+      takeByteLimit(words, "--max-session-bytes", orbdt::kDefaultMaxSessionBytes);
+  if (!maxSessionBytes) {
+    std::cerr << "orbdt: --max-session-bytes needs a byte count such as 536870912 or 512M\n" << kUsage;
+    return 2;
+  }
+  orbdt::holdings().setLimit(*maxSessionBytes);
+  cmdlang::setCodeByteLimit(*maxRequestBytes);
   if (words.empty() || words[0] == "--help" || words[0] == "-h") {
     (words.empty() ? std::cerr : std::cout) << kUsage;
     return words.empty() ? 2 : 0;
@@ -121,14 +149,17 @@ int main(int argc, char** argv) {
   try {
     const orbdt::HostSession host(orbdt::HostSession::defaultLibrary());
     if (batch) return runBatch(host, *maxRequestBytes);
-    if (words[0] == "repl") return orbdt::runSession(std::cin, std::cout, true);
+    if (words[0] == "repl") return orbdt::runSession(STDIN_FILENO, std::cout, isatty(STDIN_FILENO) != 0, *maxRequestBytes);
     if (words[0] == "run") {
-      std::ifstream file(words[1]);
-      if (!file) {
-        std::cerr << "orbdt: cannot read " << words[1] << "\n";
+      const std::optional<std::string> cannot = cannotRead(words[1]);
+      if (cannot) {
+        std::cerr << "orbdt: cannot read " << words[1] << ": " << *cannot << "\n";
         return 2;
       }
-      return orbdt::runSession(file, std::cout, false);
+      const int fd = ::open(words[1].c_str(), O_RDONLY | O_CLOEXEC);
+      const int status = orbdt::runSession(fd, std::cout, false, *maxRequestBytes);
+      ::close(fd);
+      return status;
     }
     if (words[0] == "demo") return orbdt::runDemo(host, std::cout);
     if (words[0] == "catalog") {

@@ -7,8 +7,10 @@
 #include <cerrno>
 #include <charconv>
 #include <cstring>
+#include <utility>
 
 #include "cmdlanglib/utf8.h"
+#include "utillib/ut.h"
 #include "orbdt/usage_error.h"
 
 namespace orbdt {
@@ -147,14 +149,69 @@ class RequestBuilder {
   std::string errorReason_;
 };
 
+// Finds the request's own "id" member while the parser walks the line, keeping nothing else.
+class IdFinder {
+ public:
+  std::optional<json> take() { return std::move(id_); }
+
+  bool null() { return put(nullptr); }
+  bool boolean(bool value) { return put(value); }
+  bool number_integer(json::number_integer_t value) { return put(value); }
+  bool number_unsigned(json::number_unsigned_t value) { return put(value); }
+  bool number_float(json::number_float_t value, const json::string_t& /*text*/) { return put(value); }
+  bool binary(json::binary_t& /*value*/) { return put(nullptr, false); }
+  bool string(json::string_t& value) {
+    const bool small = value.size() <= kMaxLostIdBytes && value.find('\0') == std::string::npos;
+    return small ? put(std::move(value)) : put(nullptr, false);
+  }
+  bool key(json::string_t& name) {
+    atId_ = depth_ == 1 && name == "id";
+    return true;
+  }
+  bool start_object(std::size_t /*elements*/) { return open(); }
+  bool start_array(std::size_t /*elements*/) { return open(); }
+  bool end_object() { return close(); }
+  bool end_array() { return close(); }
+  bool parse_error(std::size_t /*byte*/, const std::string& /*token*/, const json::exception& /*error*/) {
+    id_.reset();
+    return false;
+  }
+
+ private:
+  bool put(json&& value, bool keep = true) {
+    if (std::exchange(atId_, false) && keep) id_ = std::move(value);
+    return true;
+  }
+  bool open() {
+    atId_ = false;
+    ++depth_;
+    return true;
+  }
+  bool close() {
+    --depth_;
+    return true;
+  }
+
+  std::size_t depth_ = 0;
+  bool atId_ = false;
+  std::optional<json> id_;
+};
+
 }  // namespace
 
-LineReader::LineReader(int fd, std::size_t maxBytes) : fd_(fd), maxBytes_(maxBytes), buffer_(kReadSize) {}
+LineReader::LineReader(int fd, std::size_t maxBytes, bool interruptible)
+    : fd_(fd), maxBytes_(maxBytes), interruptible_(interruptible), buffer_(kReadSize) {}
 
 bool LineReader::fill() {
   for (;;) {
     const ssize_t count = ::read(fd_, buffer_.data(), buffer_.size());
-    if (count < 0 && errno == EINTR) continue;
+    if (count < 0 && errno == EINTR) {
+      if (interruptible_ && utIsInterruptPending()) {
+        interrupted_ = true;
+        return false;
+      }
+      continue;
+    }
     begin_ = 0;
     end_ = count > 0 ? static_cast<std::size_t>(count) : 0;
     return count > 0;
@@ -174,6 +231,11 @@ std::optional<InputLine> LineReader::next() {
   bool any = false;
   for (;;) {
     if (begin_ == end_ && !fill()) {
+      if (std::exchange(interrupted_, false)) {
+        InputLine dropped;
+        dropped.interrupted = true;
+        return dropped;
+      }
       if (any) return line;
       return std::nullopt;
     }
@@ -197,6 +259,13 @@ json parseRequestLine(const InputLine& line, cmdlang::ByteBudget& budget) {
                      "invalid JSON at byte " + std::to_string(builder.errorByte()) + ": " + builder.errorReason());
   }
   return builder.take();
+}
+
+std::optional<json> requestIdOf(const InputLine& line) {
+  if (line.truncated) return std::nullopt;
+  IdFinder finder;
+  if (!json::sax_parse(line.text, &finder)) return std::nullopt;
+  return finder.take();
 }
 
 std::optional<std::size_t> parseByteCount(std::string_view text) {

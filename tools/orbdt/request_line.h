@@ -28,6 +28,8 @@ struct InputLine {
   std::size_t length = 0;
   bool truncated = false;
   bool blank = true;  // nothing but white space
+  // An interrupt (Ctrl-C) came while the line was read; what was read of it is dropped.
+  bool interrupted = false;
 };
 
 // Reads lines from a file descriptor without ever keeping more than maxBytes of one line; the rest
@@ -35,7 +37,9 @@ struct InputLine {
 // drives orbdt through pipes gets each answer before it sends the next request.
 class LineReader {
  public:
-  LineReader(int fd, std::size_t maxBytes);
+  // interruptible: a read cut short by a signal while the host's interrupt flag is set ends the line
+  // as interrupted; otherwise reads are simply resumed.
+  LineReader(int fd, std::size_t maxBytes, bool interruptible = false);
   // The next line, the last one counting even without an end of line; nullopt at the end of input.
   std::optional<InputLine> next();
 
@@ -45,6 +49,8 @@ class LineReader {
 
   int fd_;
   std::size_t maxBytes_;
+  bool interruptible_;
+  bool interrupted_ = false;
   std::vector<char> buffer_;
   std::size_t begin_ = 0;
   std::size_t end_ = 0;
@@ -55,6 +61,12 @@ class LineReader {
 // raises cmdlang::TooLargeError. Invalid JSON (invalid UTF-8 included), nesting deeper than
 // kMaxJsonDepth and strings holding U+0000 raise UsageError "orbdt:BadRequest".
 nlohmann::json parseRequestLine(const InputLine& line, cmdlang::ByteBudget& budget);
+
+// The "id" member of a request line that parseRequestLine refused (too large, too deep, a U+0000),
+// found without building the request: a number, boolean, null, or a string of at most kMaxLostIdBytes;
+// nullopt when the line has none of those, or is not valid JSON.
+std::optional<nlohmann::json> requestIdOf(const InputLine& line);
+inline constexpr std::size_t kMaxLostIdBytes = 64 * 1024;
 
 // A byte count written as digits with an optional K, M or G (powers of 1024); nullopt for anything
 // else, zero and counts beyond SIZE_MAX included.

@@ -19,6 +19,7 @@
 #include "javabridgelib/java_bridge.h"
 #include "objsys/java_type_conversion.h"
 #include "orbdt/hints.h"
+#include "orbdt/holdings.h"
 #include "orbdt/json_array.h"
 #include "orbdt/response_size.h"
 #include "orbdt/session.h"
@@ -204,7 +205,7 @@ bool isColorTextRefusal(const std::string& id) {
 }
 
 // The hint for a name a type refused: the nearest of its names, or for a color text the nearest
-// color names, or all of them when none is near.
+// color names, or the first few of them when none is near (the table may be large).
 std::string hintFor(const HostSession& host, const TypeHandle& handle, const Refusal& refusal,
                     const std::string& name) {
   std::string hint = didYouMean(nearestNames(name, possibleNames(handle)));
@@ -212,8 +213,10 @@ std::string hintFor(const HostSession& host, const TypeHandle& handle, const Ref
   const std::vector<std::string> colors = colorNames(host);
   hint = didYouMean(nearestNames(name, colors));
   if (!hint.empty() || colors.empty()) return hint;
+  constexpr std::size_t kShownNames = 8;
   hint = "color names:";
-  for (const std::string& color : colors) hint += " '" + color + "'";
+  for (std::size_t i = 0; i < std::min(colors.size(), kShownNames); ++i) hint += " '" + colors[i] + "'";
+  if (colors.size() > kShownNames) hint += " and " + std::to_string(colors.size() - kShownNames) + " more";
   return hint + ", or three or four numbers from 0 to 1";
 }
 
@@ -275,11 +278,19 @@ struct Converted {
   std::optional<std::string> name;
 };
 
+// What a conversion into the type allocates, charged before it runs; a type that extends a table of the
+// process keeps it for the process too.
+void chargeValue(const TypeHandle& handle, std::size_t bytes, cmdlang::ByteBudget& budget) {
+  budget.charge(bytes, "the value the type makes");
+  if (handle.facts != nullptr && handle.facts->growsProcessTable) holdings().keep(bytes, "the table the value extends");
+}
+
 Converted valueFromArray(const TypeHandle& handle, const json& input, cmdlang::ByteBudget& budget) {
   if (handle.arrays == nullptr) {
     throw UsageError("orbdt:BadRequest", handle.fullName + " has no array conversion");
   }
   const gui_objects::ZxArrayPtr array = arrayOfInput(input, budget);
+  chargeValue(handle, valueBytes(array.get()), budget);
   Converted converted;
   converted.refusal = guarded([&] { converted.value = handle.arrays->from(COSValue(array.get())); });
   if (converted.refusal) converted.name = nameGiven(array.get());
@@ -302,6 +313,7 @@ Response runParse(const HostSession& host, const json& request, cmdlang::ByteBud
   if (handle.texts == nullptr) throw UsageError("orbdt:BadRequest", handle.fullName + " has no string conversion");
   COSValue value;
   const std::string chars = text.is_null() ? "" : text.get<std::string>();
+  chargeValue(handle, cmdlang::saturatingMultiply(chars.size() + 1, kNativeBytesPerElement), budget);
   const auto refusal =
       guarded([&] { value = handle.texts->from(text.is_null() ? COSValue() : COSValue(chars.c_str())); });
   if (refusal)
@@ -436,6 +448,11 @@ Response runJava(const HostSession& host, const json& request, cmdlang::ByteBudg
   const Converted converted = valueFromArray(handle, request["value"], budget);
   if (converted.refusal) return refused(host, handle, *converted.refusal, converted.name);
   const HeldValue held(handle.type, converted.value);
+  // The Java objects made of the value, and the array and value they make again.
+  {
+    const gui_objects::ZxArrayPtr arrayForm(handle.arrays->to(converted.value).as<zxArray>());
+    budget.charge(cmdlang::saturatingMultiply(valueBytes(arrayForm.get()), 3), "the value's Java form and back");
+  }
   std::string javaClass;
   std::string javaText;
   COSValue back;
@@ -567,7 +584,16 @@ Response runRequestLine(const HostSession& host, const InputLine& line, std::siz
     request = parseRequestLine(line, budget);
     return Response{};
   });
-  return request ? runRequest(host, std::move(*request), budget, Form::Json) : failure;
+  if (request) return runRequest(host, std::move(*request), budget, Form::Json);
+  // A request refused while it was read still answers with its id, when it has one to give back.
+  if (failure.json.is_object()) {
+    try {
+      if (std::optional<json> id = requestIdOf(line)) failure.json["id"] = std::move(*id);
+    } catch (const std::exception&) {
+      // The answer goes out without its id rather than not at all.
+    }
+  }
+  return failure;
 }
 
 std::string responseLine(const nlohmann::json& response) noexcept {

@@ -138,4 +138,30 @@ std::size_t readBackBytes(const zxArray* array, std::size_t textCopies) {
   return bytes;
 }
 
+std::size_t valueBytes(const zxArray* array) {
+  if (array == nullptr) return 0;
+  const zxSize count = zxGetNumberOfElements(array);
+  std::size_t bytes = saturatingAdd(cmdlang::kArrayOverhead, saturatingMultiply(count, kNativeBytesPerElement));
+  if (zxIsCell(array)) {
+    bytes = saturatingAdd(bytes, saturatingMultiply(count, sizeof(void*)));
+    for (zxSize i = 0; i < count && bytes != cmdlang::ByteBudget::kUnlimited; ++i) {
+      bytes = saturatingAdd(bytes, valueBytes(zxGetCell(array, i)));
+    }
+  } else if (zxIsStruct(array)) {
+    const int fields = zxGetNumberOfFields(array);
+    for (int f = 0; f < fields; ++f) {
+      bytes = saturatingAdd(bytes, std::char_traits<char>::length(zxGetFieldNameByNumber(array, f)) + kStringCost);
+      bytes = saturatingAdd(bytes, saturatingMultiply(count, sizeof(void*)));
+      for (zxSize i = 0; i < count && bytes != cmdlang::ByteBudget::kUnlimited; ++i) {
+        bytes = saturatingAdd(bytes, valueBytes(zxGetFieldByNumber(array, i, f)));
+      }
+    }
+  } else {
+    const std::size_t parts = zxIsComplex(array) ? 2 : 1;
+    const zxSize stored = zxIsSparse(array) ? zxGetNzmax(array) + zxGetN(array) + 1 : count;
+    bytes = saturatingAdd(bytes, saturatingMultiply(stored, zxGetElementSize(array) * parts + (zxIsSparse(array) ? 8 : 0)));
+  }
+  return bytes;
+}
+
 }  // namespace orbdt

@@ -14,4 +14,10 @@ namespace orbdt {
 // without writing them; counts saturate at SIZE_MAX. A null array costs nothing.
 std::size_t readBackBytes(const zxArray* array, std::size_t textCopies);
 
+// At most the memory a value made of the array holds, and what converting the array into one
+// allocates: the array's own storage (elements, cells and fields, each with its header) and a native
+// form of kNativeBytesPerElement per element beside it. A null array costs nothing.
+std::size_t valueBytes(const zxArray* array);
+inline constexpr std::size_t kNativeBytesPerElement = 16;
+
 }  // namespace orbdt

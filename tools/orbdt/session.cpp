@@ -1,6 +1,11 @@
 // orbdt's session host and the batch requests on objects.
 #include "orbdt/session.h"
 
+#include <signal.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cctype>
 #include <iostream>
 #include <sstream>
 #include <vector>
@@ -12,6 +17,10 @@
 #include "objsys/graphics_objects.h"
 #include "objsys/handles.h"
 #include "objsys/object_arrays.h"
+#include "orbdt/holdings.h"
+#include "orbdt/request_line.h"
+#include "orbdt/response_size.h"
+#include "utillib/ut.h"
 
 namespace orbdt {
 namespace {
@@ -19,12 +28,9 @@ namespace {
 using gui_objects::ZxArrayPtr;
 using objsys::GraphicsObject;
 
-std::string_view trimmed(std::string_view text) {
-  const auto blank = [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; };
-  while (!text.empty() && blank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && blank(text.back())) text.remove_suffix(1);
-  return text;
-}
+// What an object holds beside its property values: its slots, each a copy of its type's default (an
+// axes, the largest class, takes about 2.5 KiB).
+constexpr std::size_t kObjectBytes = 4 * 1024;
 
 // An array the session keeps beyond the current call frame.
 ZxArrayPtr kept(zxArray* array) {
@@ -56,7 +62,7 @@ std::string display(const zxArray* array) {
 // The live object a value names: an object array's first element or a numeric handle.
 GraphicsObject& objectOf(const zxArray* value) {
   GraphicsObject* object = nullptr;
-  if (objsys::omIsOBJSYS(value)) {
+  if (objsys::omIsOBJSYS(value) && !zxIsEmpty(value)) {
     object = dynamic_cast<GraphicsObject*>(objsys::omGetArrayElement(value, 0).get());
   } else if (value != nullptr && zxIsDouble(value) && zxIsScalar(value)) {
     object = GraphicsObject::fromHandle(zxGetScalar(value));
@@ -70,27 +76,92 @@ GraphicsObject& objectOf(const zxArray* value) {
 // The text of a char row argument, such as a property name.
 std::string textOf(const zxArray* value, const char* what) {
   if (value == nullptr || !zxIsChar(value)) zxErrMsgIdAndTxt("orbdt:BadArgument", "%s must be text", what);
-  char* text = zxArrayToString(value);
-  std::string copy(text);
-  zxFree(text);
-  return copy;
+  const std::unique_ptr<char, decltype(&zxFree)> text(zxArrayToString(value), &zxFree);
+  return text.get();
 }
 
-void requireCount(const std::string& name, const std::vector<ZxArrayPtr>& arguments, std::size_t least,
-                  std::size_t most) {
-  if (arguments.size() < least || arguments.size() > most) {
-    zxErrMsgIdAndTxt("orbdt:BadArgument", "%s takes %zu to %zu arguments", name.c_str(), least, most);
+std::string lowered(std::string_view text) {
+  std::string lower(text);
+  for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return lower;
+}
+
+// Raises the pending interrupt (Ctrl-C) as a refusal of the statement that runs, and clears it.
+void stopIfInterrupted() {
+  if (!utIsInterruptPending()) return;
+  utSetInterruptHandled(true);
+  zxErrMsgIdAndTxt("orbdt:Interrupted", "Interrupted (Ctrl-C): the statement stopped.");
+}
+
+// A property set: the value is charged to the request (what the conversion makes of it) and, once
+// the object took it, held for the session in place of the property's previous value.
+void setProperty(GraphicsObject& object, std::string_view property, const zxArray* value,
+                 cmdlang::ByteBudget& budget) {
+  const std::size_t bytes = valueBytes(value);
+  const std::string key = objectKey(object.handle(), lowered(property));
+  const std::string what = "the value of " + std::string(property);
+  budget.charge(bytes, what);
+  holdings().requireRoom(key, bytes, what);
+  object.set(property, value);
+  holdings().hold(key, bytes, what);
+}
+
+// Deletes the object and its subtree and releases what they held.
+void deleteWithHoldings(GraphicsObject& object) {
+  std::vector<const GraphicsObject*> subtree{&object};
+  for (std::size_t i = 0; i < subtree.size(); ++i) {
+    for (const GraphicsObject* child : subtree[i]->children()) subtree.push_back(child);
   }
+  std::vector<double> handles;
+  for (const GraphicsObject* member : subtree) handles.push_back(member->handle());
+  object.deleteObject();
+  for (const double handle : handles) holdings().releasePrefix(objectKey(handle));
 }
 
-void printAll(std::ostream& out, const GraphicsObject& object) {
+// A new object with its Name=Value settings in order; a refused setting makes nothing.
+template <class Settings>
+GraphicsObject& newObject(std::string_view className, const Settings& settings, cmdlang::ByteBudget& budget) {
+  holdings().requireRoom({}, kObjectBytes, "a new object");
+  GraphicsObject* object = GraphicsObject::create(className);
+  holdings().hold(objectKey(object->handle()), kObjectBytes, "a new object");
+  try {
+    for (const auto& [property, value] : settings) setProperty(*object, property, value, budget);
+  } catch (...) {
+    deleteWithHoldings(*object);
+    throw;
+  }
+  return *object;
+}
+
+void printAll(std::ostream& out, const GraphicsObject& object, cmdlang::ByteBudget& budget) {
   for (const std::string& property : object.propertyNames()) {
     const ZxArrayPtr value(object.get(property));
+    budget.charge(readBackBytes(value.get(), 2), "the value of " + property);
     out << "  " << property << ": " << display(value.get()) << "\n";
   }
 }
 
-// The session's own functions; a registered native function otherwise.
+bool isClassName(std::string_view name) {
+  const std::vector<std::string> classes = GraphicsObject::classNames();
+  return std::ranges::find(classes, name) != classes.end();
+}
+
+// The session's own functions, which a name or a call runs instead of reading it as a literal.
+bool isSessionFunction(std::string_view name) {
+  return isClassName(name) || name == "get" || name == "set" || name == "delete" || name == "click" ||
+         gui_objects::isFunctionRegistered(name);
+}
+
+void requireCount(std::string_view name, std::size_t given, std::size_t least, std::size_t most) {
+  if (given < least || given > most) {
+    const std::string function(name);
+    zxErrMsgIdAndTxt("orbdt:BadArgument", "%s takes %zu to %zu arguments", function.c_str(), least, most);
+  }
+}
+
+ZxArrayPtr literalOf(std::string_view text, cmdlang::ByteBudget& budget) { return cmdlang::readLiteral(text, budget); }
+
+// The session's functions: disp, and callbacks' code (whose literals get a request's budget).
 void registerSessionFunctions(std::ostream& out) {
   gui_objects::registerFunction("disp", [&out](const std::vector<const zxArray*>& arguments) {
     for (const zxArray* argument : arguments) {
@@ -100,23 +171,30 @@ void registerSessionFunctions(std::ostream& out) {
   cmdlang::installEvaluator();
 }
 
-ZxArrayPtr literalOf(const nlohmann::json& value, cmdlang::ByteBudget& budget) {
+// A batch request's value: a host literal in a string; a malformed literal is a bad request.
+ZxArrayPtr requestLiteral(const nlohmann::json& value, cmdlang::ByteBudget& budget) {
   if (!value.is_string()) throw UsageError("orbdt:BadRequest", "values are host literals in strings");
-  return cmdlang::readLiteral(value.get<std::string>(), budget);
+  try {
+    return cmdlang::readLiteral(value.get<std::string>(), budget);
+  } catch (const cmdlang::LiteralError& error) {
+    throw UsageError("orbdt:BadLiteral", error.what());
+  }
 }
 
 GraphicsObject& objectNamed(const nlohmann::json& request) {
   const auto handle = request.find("handle");
-  if (handle == request.end() || !handle->is_number())
+  if (handle == request.end() || !handle->is_number()) {
     throw UsageError("orbdt:BadRequest", "member \"handle\" must be a number");
+  }
   const ZxArrayPtr number(zxCreateDoubleScalar(handle->get<double>()));
   return objectOf(number.get());
 }
 
 std::string propertyNamed(const nlohmann::json& request) {
   const auto name = request.find("property");
-  if (name == request.end() || !name->is_string())
+  if (name == request.end() || !name->is_string()) {
     throw UsageError("orbdt:BadRequest", "member \"property\" must be a string");
+  }
   return name->get<std::string>();
 }
 
@@ -134,9 +212,32 @@ Response objectResponse(Fill fill) {
   return response;
 }
 
+void onInterrupt(int) { utSetInterruptPending(true); }
+
+// Ctrl-C sets the host's interrupt flag while a session runs, instead of ending the process.
+class InterruptHandler {
+ public:
+  InterruptHandler() {
+    struct sigaction action {};
+    action.sa_handler = &onInterrupt;
+    sigemptyset(&action.sa_mask);
+    // No SA_RESTART: a read waiting for the next line returns, so the prompt can come back.
+    sigaction(SIGINT, &action, &previous_);
+  }
+  ~InterruptHandler() { sigaction(SIGINT, &previous_, nullptr); }
+  InterruptHandler(const InterruptHandler&) = delete;
+  InterruptHandler& operator=(const InterruptHandler&) = delete;
+
+ private:
+  struct sigaction previous_ {};
+};
+
 }  // namespace
 
-Session::Session(std::ostream& out) : out_(out) { registerSessionFunctions(out_); }
+Session::Session(std::ostream& out, std::size_t maxRequestBytes) : out_(out), maxRequestBytes_(maxRequestBytes) {
+  registerSessionFunctions(out_);
+  cmdlang::setCodeByteLimit(maxRequestBytes);
+}
 
 Session::~Session() {
   deleteAll();
@@ -144,125 +245,172 @@ Session::~Session() {
 }
 
 void Session::deleteAll() {
+  for (const auto& [name, value] : variables_) holdings().release("variable " + name);
   variables_.clear();
   objsys::HandleTable& table = objsys::HandleTable::current();
   for (const double handle : table.handles()) {
     if (GraphicsObject* object = GraphicsObject::fromHandle(handle); object != nullptr && object->parent() == nullptr) {
-      object->deleteObject();
+      deleteWithHoldings(*object);
     }
   }
 }
 
 bool Session::runLine(std::string_view line) {
-  line = trimmed(line);
-  if (line.empty() || line.front() == '%') return true;
+  bool ran = false;
   try {
     const zx::CallFrame frame;
-    const std::vector<std::string_view> sides = cmdlang::splitTopLevel(line, "=");
-    if (sides.size() == 2 && !sides[0].empty() && !sides[1].empty()) {
-      assign(sides[0], evaluate(sides[1]));
-    } else if (ZxArrayPtr value = evaluate(line)) {
-      out_ << "ans = " << display(value.get()) << "\n";
-    }
-    return true;
+    cmdlang::ByteBudget budget(maxRequestBytes_);
+    budget.charge(cmdlang::saturatingMultiply(line.size(), 1 + kParseBytesPerCharacter), "the statement");
+    for (const Statement& statement : parseLine(line)) run(statement, budget);
+    ran = true;
   } catch (const fl::except::IMsgIDException& error) {
     out_ << "error: " << error.get_error_id() << ": " << error.get_message_text() << "\n";
+  } catch (const StatementError& error) {
+    out_ << "error: orbdt:BadStatement: " << error.what() << "\n";
   } catch (const cmdlang::LiteralError& error) {
     out_ << "error: orbdt:BadLiteral: " << error.what() << "\n";
+  } catch (const cmdlang::TooLargeError& error) {
+    out_ << "error: orbdt:TooLarge: " << error.what() << " (--max-request-bytes and --max-session-bytes set the limits)\n";
+  } catch (const std::bad_alloc&) {
+    out_ << "error: orbdt:OutOfMemory: Out of memory.\n";
   } catch (const std::exception& error) {
     out_ << "error: orbdt:UnexpectedError: " << error.what() << "\n";
   }
-  return false;
+  // An interrupt that came too late to stop the statement does not stop the next one.
+  utSetInterruptHandled(true);
+  out_ << std::flush;
+  return ran;
 }
 
-void Session::assign(std::string_view target, ZxArrayPtr value) {
-  const std::size_t dot = target.find('.');
-  if (dot == std::string_view::npos) {
-    if (!cmdlang::isName(target)) zxErrMsgIdAndTxt("orbdt:BadStatement", "cannot assign to '%s'", std::string(target).c_str());
-    out_ << target << " = " << display(value.get()) << "\n";
-    variables_.insert_or_assign(std::string(target), kept(value.release()));
-    return;
+void Session::run(const Statement& statement, cmdlang::ByteBudget& budget) {
+  switch (statement.kind) {
+    case Statement::Kind::empty: return;
+    case Statement::Kind::expression:
+      if (const ZxArrayPtr value = evaluate(statement.value, budget); value && !statement.quiet) {
+        show("ans", value.get(), budget);
+      }
+      return;
+    case Statement::Kind::assignVariable: {
+      ZxArrayPtr value = valueOf(statement.value, budget);
+      const std::string name(statement.target);
+      const std::string key = "variable " + name;
+      holdings().requireRoom(key, valueBytes(value.get()), "the variable " + name);
+      if (!statement.quiet) show(name, value.get(), budget);
+      holdings().hold(key, valueBytes(value.get()), "the variable " + name);
+      variables_.insert_or_assign(name, kept(value.release()));
+      return;
+    }
+    case Statement::Kind::assignProperty: {
+      const ZxArrayPtr value = valueOf(statement.value, budget);
+      const auto found = variables_.find(statement.target);
+      if (found == variables_.end()) {
+        const std::string name(statement.target);
+        zxErrMsgIdAndTxt("Korvax:UndefinedFunction", "Undefined variable '%s'.", name.c_str());
+      }
+      setProperty(objectOf(found->second.get()), statement.property, value.get(), budget);
+      return;
+    }
   }
-  const ZxArrayPtr object = evaluate(target.substr(0, dot));
-  objectOf(object.get()).set(target.substr(dot + 1), value.get());
 }
 
-ZxArrayPtr Session::evaluate(std::string_view expression) {
-  expression = trimmed(expression);
-  if (const auto found = variables_.find(expression); found != variables_.end()) {
-    return ZxArrayPtr(zxCreateSharedDataCopy(found->second.get()));
-  }
-  std::size_t nameEnd = 0;
-  while (nameEnd < expression.size() && cmdlang::isName(expression.substr(0, nameEnd + 1))) ++nameEnd;
-  const std::string name(expression.substr(0, nameEnd));
-  const std::string_view rest = expression.substr(nameEnd);
-  if (!name.empty() && rest.size() > 1 && rest.front() == '.' && cmdlang::isName(rest.substr(1)) &&
-      variables_.contains(name)) {
-    return ZxArrayPtr(objectOf(variables_.find(name)->second.get()).get(rest.substr(1)));
-  }
-  const bool isCall = !name.empty() && !rest.empty() && rest.front() == '(' && rest.back() == ')';
-  if (isCall) return call(name, rest.substr(1, rest.size() - 2));
-  if (!name.empty() && rest.empty() && name != "true" && name != "false" && !cmdlang::valueClassNamed(name)) {
-    const auto classes = GraphicsObject::classNames();
-    if (std::ranges::find(classes, name) != classes.end() || gui_objects::isFunctionRegistered(name)) return call(name, "");
-    zxErrMsgIdAndTxt("Korvax:UndefinedFunction", "Undefined function or variable '%s'.", name.c_str());
-  }
-  return cmdlang::readLiteral(expression);
+void Session::show(std::string_view name, const zxArray* value, cmdlang::ByteBudget& budget) {
+  // The literal, and the line that holds it: at most the longest number's text per element.
+  constexpr std::size_t kElementText = 26;
+  budget.charge(cmdlang::saturatingMultiply(valueBytes(value), 1 + kElementText / kNativeBytesPerElement),
+                "showing " + std::string(name));
+  out_ << name << " = " << display(value) << "\n";
 }
 
-ZxArrayPtr Session::call(const std::string& name, std::string_view argumentText) {
-  const auto classes = GraphicsObject::classNames();
-  const bool creates = std::ranges::find(classes, name) != classes.end();
-  const bool known = creates || name == "get" || name == "set" || name == "delete" || name == "click" ||
-                     gui_objects::isFunctionRegistered(name);
-  // Anything else (a cast such as uint8(5), zeros(2)) is a literal.
-  if (!known) return cmdlang::readLiteral(name + "(" + std::string(argumentText) + ")");
+ZxArrayPtr Session::valueOf(const Expression& expression, cmdlang::ByteBudget& budget) {
+  ZxArrayPtr value = evaluate(expression, budget);
+  if (!value) {
+    const std::string text(expression.name.empty() ? expression.text : expression.name);
+    zxErrMsgIdAndTxt("orbdt:NoValue", "'%s' gives no value to use here.", text.c_str());
+  }
+  return value;
+}
 
-  std::vector<ZxArrayPtr> arguments;
-  std::vector<std::pair<std::string, ZxArrayPtr>> settings;  // Name=Value arguments
-  if (!trimmed(argumentText).empty()) {
-    for (std::string_view argument : cmdlang::splitTopLevel(argumentText, ",")) {
-      const std::vector<std::string_view> pair = cmdlang::splitTopLevel(argument, "=");
-      if (pair.size() == 2 && cmdlang::isName(pair[0])) {
-        settings.emplace_back(std::string(pair[0]), evaluate(pair[1]));
-      } else {
-        arguments.push_back(evaluate(argument));
+ZxArrayPtr Session::evaluate(const Expression& expression, cmdlang::ByteBudget& budget) {
+  stopIfInterrupted();
+  switch (expression.kind) {
+    case Expression::Kind::name: {
+      if (const auto found = variables_.find(expression.name); found != variables_.end()) {
+        return ZxArrayPtr(zxCreateSharedDataCopy(found->second.get()));
+      }
+      if (isSessionFunction(expression.name)) return call(expression, budget);
+      // The names that are literals: true, false, NaN and Inf (in any case), classes such as uint8.
+      try {
+        return literalOf(expression.text, budget);
+      } catch (const cmdlang::LiteralError&) {
+        const std::string name(expression.name);
+        zxErrMsgIdAndTxt("Korvax:UndefinedFunction", "Undefined function or variable '%s'.", name.c_str());
       }
     }
-  }
-  if (creates) {
-    if (!arguments.empty()) zxErrMsgIdAndTxt("orbdt:BadArgument", "%s takes Name=Value arguments only", name.c_str());
-    GraphicsObject* object = GraphicsObject::create(name);
-    try {
-      for (const auto& [property, value] : settings) object->set(property, value.get());
-    } catch (...) {
-      // A refused setting makes nothing.
-      object->deleteObject();
-      throw;
+    case Expression::Kind::property: {
+      const auto found = variables_.find(expression.name);
+      if (found == variables_.end()) {
+        const std::string name(expression.name);
+        zxErrMsgIdAndTxt("Korvax:UndefinedFunction", "Undefined variable '%s'.", name.c_str());
+      }
+      ZxArrayPtr value(objectOf(found->second.get()).get(expression.property));
+      budget.charge(valueBytes(value.get()), "the value of " + std::string(expression.property));
+      return value;
     }
-    return ZxArrayPtr(zxCreateDoubleScalar(object->handle()));
+    case Expression::Kind::call:
+      if (isSessionFunction(expression.name)) return call(expression, budget);
+      return literalOf(expression.text, budget);
+    case Expression::Kind::literal: return literalOf(expression.text, budget);
+  }
+  return nullptr;
+}
+
+ZxArrayPtr Session::call(const Expression& expression, cmdlang::ByteBudget& budget) {
+  const std::string name(expression.name);
+  if (!expression.argumentsParsed) {
+    zxErrMsgIdAndTxt("orbdt:BadStatement", "Calls nest more than %d deep in this statement.", kMaxStatementDepth);
+  }
+  std::vector<ZxArrayPtr> arguments;
+  std::vector<std::pair<std::string, const zxArray*>> settings;  // Name=Value arguments
+  std::vector<ZxArrayPtr> settingValues;
+  for (const Argument& argument : expression.arguments) {
+    ZxArrayPtr value = valueOf(argument.value, budget);
+    if (argument.name.empty()) {
+      arguments.push_back(std::move(value));
+    } else {
+      settings.emplace_back(std::string(argument.name), value.get());
+      settingValues.push_back(std::move(value));
+    }
+  }
+  if (isClassName(name)) {
+    if (!arguments.empty()) zxErrMsgIdAndTxt("orbdt:BadArgument", "%s takes Name=Value arguments only", name.c_str());
+    return ZxArrayPtr(zxCreateDoubleScalar(newObject(name, settings, budget).handle()));
   }
   if (!settings.empty()) zxErrMsgIdAndTxt("orbdt:BadArgument", "%s takes no Name=Value arguments", name.c_str());
   if (name == "get") {
-    requireCount(name, arguments, 1, 2);
+    requireCount(name, arguments.size(), 1, 2);
     GraphicsObject& object = objectOf(arguments[0].get());
-    if (arguments.size() == 2) return ZxArrayPtr(object.get(textOf(arguments[1].get(), "a property name")));
+    if (arguments.size() == 2) {
+      const std::string property = textOf(arguments[1].get(), "a property name");
+      ZxArrayPtr value(object.get(property));
+      budget.charge(valueBytes(value.get()), "the value of " + property);
+      return value;
+    }
     out_ << object.getClassName() << " " << handleText(object.handle()) << ":\n";
-    printAll(out_, object);
+    printAll(out_, object, budget);
     return nullptr;
   }
   if (name == "set") {
-    requireCount(name, arguments, 3, 3);
-    objectOf(arguments[0].get()).set(textOf(arguments[1].get(), "a property name"), arguments[2].get());
+    requireCount(name, arguments.size(), 3, 3);
+    setProperty(objectOf(arguments[0].get()), textOf(arguments[1].get(), "a property name"), arguments[2].get(), budget);
     return nullptr;
   }
   if (name == "delete") {
-    requireCount(name, arguments, 1, 1);
-    objectOf(arguments[0].get()).deleteObject();
+    requireCount(name, arguments.size(), 1, 1);
+    deleteWithHoldings(objectOf(arguments[0].get()));
     return nullptr;
   }
   if (name == "click") {
-    requireCount(name, arguments, 1, 1);
+    requireCount(name, arguments.size(), 1, 1);
     GraphicsObject& object = objectOf(arguments[0].get());
     const ZxArrayPtr code(object.get("ButtonDownFcn"));
     const ZxArrayPtr source(zxCreateDoubleScalar(object.handle()));
@@ -276,12 +424,29 @@ ZxArrayPtr Session::call(const std::string& name, std::string_view argumentText)
   return nullptr;
 }
 
-int runSession(std::istream& in, std::ostream& out, bool prompt) {
-  Session session(out);
+int runSession(int fd, std::ostream& out, bool prompt, std::size_t maxRequestBytes) {
+  const InterruptHandler interrupts;
+  Session session(out, maxRequestBytes);
+  LineReader lines(fd, maxRequestBytes, true);
   bool allRan = true;
-  std::string line;
-  while ((prompt ? out << ">> " << std::flush : out) && std::getline(in, line)) {
-    allRan = session.runLine(line) && allRan;
+  for (;;) {
+    if (prompt) out << ">> " << std::flush;
+    const std::optional<InputLine> line = lines.next();
+    if (!line) break;
+    if (line->interrupted) {
+      // Ctrl-C at the prompt drops what was typed and asks again.
+      utSetInterruptHandled(true);
+      out << "\n";
+      continue;
+    }
+    if (line->truncated) {
+      out << "error: orbdt:TooLarge: a line of " << cmdlang::byteCountText(line->length) << " is longer than the limit of "
+          << cmdlang::byteCountText(maxRequestBytes) << " (--max-request-bytes sets it)\n"
+          << std::flush;
+      allRan = false;
+      continue;
+    }
+    allRan = session.runLine(line->text) && allRan;
   }
   if (prompt) out << "\n";
   return allRan ? 0 : 1;
@@ -293,34 +458,34 @@ Response runNewObject(const nlohmann::json& request, cmdlang::ByteBudget& budget
     const auto found = request.find("props");
     const nlohmann::json& props = found != request.end() ? *found : kNoProps;
     if (!props.is_object()) throw UsageError("orbdt:BadRequest", "member \"props\" must be an object");
-    GraphicsObject* object = GraphicsObject::create(request.value("class", ""));
-    try {
-      for (const auto& [name, value] : props.items()) {
-        object->set(name, literalOf(value, budget).get());
-      }
-    } catch (...) {
-      object->deleteObject();
-      throw;
+    std::vector<ZxArrayPtr> values;
+    std::vector<std::pair<std::string, const zxArray*>> settings;
+    for (const auto& [name, value] : props.items()) {
+      values.push_back(requestLiteral(value, budget));
+      settings.emplace_back(name, values.back().get());
     }
-    out["handle"] = object->handle();
+    out["handle"] = newObject(request.value("class", ""), settings, budget).handle();
   });
 }
 
 Response runSetProperty(const nlohmann::json& request, cmdlang::ByteBudget& budget) {
   return objectResponse([&](nlohmann::json&) {
-    objectNamed(request).set(propertyNamed(request), literalOf(request.value("value", nlohmann::json()), budget).get());
+    const ZxArrayPtr value = requestLiteral(request.value("value", nlohmann::json()), budget);
+    setProperty(objectNamed(request), propertyNamed(request), value.get(), budget);
   });
 }
 
-Response runGetProperty(const nlohmann::json& request, cmdlang::ByteBudget&) {
+Response runGetProperty(const nlohmann::json& request, cmdlang::ByteBudget& budget) {
   return objectResponse([&](nlohmann::json& out) {
-    const ZxArrayPtr value(objectNamed(request).get(propertyNamed(request)));
+    const std::string property = propertyNamed(request);
+    const ZxArrayPtr value(objectNamed(request).get(property));
+    budget.charge(readBackBytes(value.get(), 4), "the value of " + property);
     out["value"] = display(value.get());
   });
 }
 
 Response runDeleteObject(const nlohmann::json& request, cmdlang::ByteBudget&) {
-  return objectResponse([&](nlohmann::json&) { objectNamed(request).deleteObject(); });
+  return objectResponse([&](nlohmann::json&) { deleteWithHoldings(objectNamed(request)); });
 }
 
 }  // namespace orbdt

@@ -2,6 +2,8 @@
 // parents, deletion, reference types, the numeric-handle conversion, balanced counts, and Callback.
 #include "objsys/graphics_objects.h"
 
+#include <pthread.h>
+
 #include <cmath>
 #include <string>
 #include <vector>
@@ -14,6 +16,7 @@
 #include "datatype/references/invalid_double_handle.h"
 #include "datatype/references/object_reference_conversion.h"
 #include "objsys/builtin_types.h"
+#include "objsys/handles.h"
 #include "objsys/object_arrays.h"
 
 namespace {
@@ -118,6 +121,36 @@ TEST_F(Objects, ParentsListTheirChildrenRefuseCyclesAndTakeThemAlongWhenDeleted)
 }
 
 // A callback holding an object lists it and keeps it alive until the callback's owner is deleted.
+// A chain of objects, each the parent of the next, far deeper than a small stack could follow by
+// recursion, is deleted from a thread with a 256 KiB stack; so are the handles numbered again from 1.
+TEST_F(Objects, ADeepChainIsDeletedOnASmallStack) {
+  GraphicsObject* parent = figure;
+  for (int i = 0; i < 100000; ++i) {
+    GraphicsObject* child = GraphicsObject::create("axes");
+    child->set("Parent", gui_objects::ZxArrayPtr(zxCreateDoubleScalar(parent->handle())).get());
+    parent = child;
+  }
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  pthread_attr_setstacksize(&attributes, 256 * 1024);
+  pthread_t thread;
+  ASSERT_EQ(pthread_create(
+                &thread, &attributes,
+                [](void* root) -> void* {
+                  static_cast<GraphicsObject*>(root)->deleteObject();
+                  return nullptr;
+                },
+                figure),
+            0);
+  pthread_join(thread, nullptr);
+  pthread_attr_destroy(&attributes);
+  EXPECT_TRUE(figure->isDeleted());
+  EXPECT_TRUE(objsys::HandleTable::current().handles().empty());
+  GraphicsObject* first = GraphicsObject::create("figure");
+  EXPECT_EQ(first->handle(), 1) << "a freed figure number is given again";
+  first->deleteObject();
+}
+
 TEST_F(Objects, CallbacksHoldingObjectsListThemAndReleaseThemWithTheirOwner) {
   GraphicsObject* line = GraphicsObject::create("line");
   const int before = figure->referenceCount();

@@ -244,9 +244,9 @@ TEST(OrbdtSession, ScriptsPrintEachLinesAnswerAndGoOnAfterRefusals) {
   }
   EXPECT_EQ(at, run.out.size());
 
-  EXPECT_EQ(
-      orbdt("repl", "f = figure\nf.Colour\n").out,
-      ">> f = 1\n>> error: Korvax:objsys:UnknownProperty: There is no Colour property on the figure class.\n>> \n");
+  // Piped input is a script: no prompts.
+  EXPECT_EQ(orbdt("repl", "f = figure\nf.Colour\n").out,
+            "f = 1\nerror: Korvax:objsys:UnknownProperty: There is no Colour property on the figure class.\n");
 }
 
 }  // namespace

@@ -11,6 +11,9 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <iterator>
+#include <sstream>
+#include <utility>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -118,44 +121,62 @@ std::vector<Line> hostileLines() {
   return lines;
 }
 
-TEST(OrbdtHostileBatch, AnswersEveryLineOnceInBoundedMemoryAndTime) {
-  const std::vector<Line> lines = hostileLines();
+// A run of orbdt on a file of input lines: its exit status, its standard output and its peak memory.
+struct HostileRun {
+  int status = -1;
+  std::string out;
+  long maxRssKiB = 0;
+};
+
+#ifdef ORB_TEST_ASAN
+// The sanitizer reserves terabytes of address space, and its allocator keeps freed memory aside.
+const std::string kAddressSpace = "";
+constexpr long kMaxRssKiB = 2L << 20;
+#else
+// An address space of 1 GiB: the default budgets (256 MiB a request, 512 MiB held by a session) and
+// the program itself, but far from what any absurd size would need had it not been refused.
+const std::string kAddressSpace = "ulimit -v 1048576; ";
+constexpr long kMaxRssKiB = 900L << 10;
+#endif
+
+HostileRun runHostile(const std::string& arguments, const std::vector<std::string>& lines) {
   const auto dir = std::filesystem::temp_directory_path() / ("orbdt_hostile_test_" + std::to_string(getpid()));
   std::filesystem::create_directories(dir);
   {
     std::ofstream in(dir / "in", std::ios::binary);
-    for (const Line& line : lines) in << line.text << '\n';
+    for (const std::string& line : lines) in << line << '\n';
   }
-
-#ifdef ORB_TEST_ASAN
-  // The sanitizer reserves terabytes of address space, and its allocator keeps freed memory aside.
-  const std::string addressSpace = "";
-  constexpr long kMaxRssKiB = 2L << 20;
-#else
-  // About four times the default request budget of 256 MiB: within it, but far from what any
-  // absurd size would need had it not been refused.
-  const std::string addressSpace = "ulimit -v 1048576; ";
-  constexpr long kMaxRssKiB = 512L << 10;
-#endif
   // timeout exits with 124 when it stops orbdt; the children's peak RSS is orbdt's.
-  const std::string command = addressSpace + "exec timeout -k 5 60 " + ORBDT_PATH + " batch < " +
+  const std::string command = kAddressSpace + "exec timeout -k 5 120 " + ORBDT_PATH + " " + arguments + " < " +
                               (dir / "in").string() + " > " + (dir / "out").string() + " 2> /dev/null";
   const auto start = std::chrono::steady_clock::now();
   const int raw = std::system(command.c_str());
   const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
   rusage usage{};
   getrusage(RUSAGE_CHILDREN, &usage);
-  std::cout << "orbdt batch on " << lines.size() << " hostile lines: peak RSS " << usage.ru_maxrss / 1024 << " MiB, "
-            << seconds.count() << " s\n";
-  ASSERT_TRUE(WIFEXITED(raw));
-  ASSERT_NE(WEXITSTATUS(raw), 124) << "timed out";
-  EXPECT_EQ(WEXITSTATUS(raw), 0);
-  EXPECT_LE(usage.ru_maxrss, kMaxRssKiB);
-
+  std::cout << "orbdt " << arguments << " on " << lines.size() << " hostile lines: peak RSS "
+            << usage.ru_maxrss / 1024 << " MiB, " << seconds.count() << " s\n";
+  HostileRun run;
+  run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+  run.maxRssKiB = usage.ru_maxrss;
   std::ifstream out(dir / "out", std::ios::binary);
+  run.out.assign(std::istreambuf_iterator<char>(out), {});
+  std::filesystem::remove_all(dir);
+  return run;
+}
+
+TEST(OrbdtHostileBatch, AnswersEveryLineOnceInBoundedMemoryAndTime) {
+  const std::vector<Line> lines = hostileLines();
+  std::vector<std::string> texts;
+  for (const Line& line : lines) texts.push_back(line.text);
+  const HostileRun run = runHostile("batch", texts);
+  ASSERT_NE(run.status, 124) << "timed out";
+  EXPECT_EQ(run.status, 0);
+  EXPECT_LE(run.maxRssKiB, kMaxRssKiB);
+
+  std::istringstream out(run.out);
   std::vector<std::string> answers;
   for (std::string answer; std::getline(out, answer);) answers.push_back(answer);
-  std::filesystem::remove_all(dir);
 
   std::size_t next = 0;
   for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -176,6 +197,85 @@ TEST(OrbdtHostileBatch, AnswersEveryLineOnceInBoundedMemoryAndTime) {
     EXPECT_EQ(answer.value("id", json()), line.id.empty() ? json() : json(line.id));
   }
   EXPECT_EQ(next, answers.size()) << "more answers than request lines";
+}
+
+// Statements a session is sent and the refusal each gets ("" when it runs): calls without a value
+// used as values, nesting far past every limit, a line too long to keep, values that together pass
+// the session's budget, a chain of objects deeper than any stack, and names that are no names.
+std::vector<std::pair<std::string, std::string>> hostileStatements() {
+  constexpr std::size_t kDeep = 3000;
+  std::vector<std::pair<std::string, std::string>> statements = {
+      {"x = 1", ""},
+      {"disp(disp(1))", "orbdt:NoValue"},
+      {"y = disp(2)", "orbdt:NoValue"},
+      {"disp(y)", "Korvax:UndefinedFunction"},
+      {"n = NaN", ""},
+      {"i = -Inf", ""},
+      {"x = " + repeated("struct('a',", kDeep) + "1" + repeated(")", kDeep), "orbdt:BadLiteral"},
+      {repeated("disp(", kDeep) + "1" + repeated(")", kDeep), "orbdt:BadStatement"},
+      {"x = " + repeated("[", kDeep) + repeated("]", kDeep), "orbdt:BadLiteral"},
+      {"x = zeros(1e5, 1e5)", "orbdt:TooLarge"},
+      {"3 = x", "orbdt:BadStatement"},
+      {"f = figure", ""},
+      {"f.Colr = 1", "Korvax:objsys:UnknownProperty"},
+      {"n.Color = 1", "Korvax:orb:dt_conv:Matrix_to_HObject:BadHandle"},
+  };
+  // 24 MB held each: the fifth would pass the session's 100 MiB.
+  for (int i = 0; i < 5; ++i) {
+    statements.emplace_back("v" + std::to_string(i) + " = zeros(1000);", i < 4 ? "" : "orbdt:TooLarge");
+  }
+  for (int i = 0; i < 5; ++i) statements.emplace_back("v" + std::to_string(i) + " = 0", "");
+  // A chain of axes, each the parent of the next, deleted at once and again at the session's end.
+  statements.emplace_back("a = axes(Parent=f)", "");
+  for (int i = 0; i < 10000; ++i) statements.emplace_back("a = axes(Parent=a);", "");
+  statements.emplace_back("delete(f)", "");
+  statements.emplace_back("f = figure", "");
+  statements.emplace_back("a = axes(Parent=f)", "");
+  for (int i = 0; i < 10000; ++i) statements.emplace_back("a = axes(Parent=a);", "");
+  statements.emplace_back("disp('the last statement ran')", "");
+  return statements;
+}
+
+// The same file run as a script and typed into the prompt: one error line per refused statement, in
+// order, the last statement run, exit status 1, within the budgets.
+TEST(OrbdtHostileSession, RefusesEachBadStatementAndGoesOnInBoundedMemory) {
+  const auto statements = hostileStatements();
+  std::vector<std::string> lines;
+  std::vector<std::string> expected;
+  for (const auto& [line, refusal] : statements) {
+    lines.push_back(line);
+    if (!refusal.empty()) expected.push_back(refusal);
+  }
+  const auto dir = std::filesystem::temp_directory_path() / ("orbdt_hostile_script_" + std::to_string(getpid()));
+  std::filesystem::create_directories(dir);
+  {
+    std::ofstream script(dir / "hostile.orb", std::ios::binary);
+    for (const std::string& line : lines) script << line << '\n';
+  }
+  const std::string limits = "--max-request-bytes 64M --max-session-bytes 100M ";
+  for (const std::string& mode : {limits + "run " + (dir / "hostile.orb").string(), limits + "repl"}) {
+    SCOPED_TRACE(mode);
+    const HostileRun run = runHostile(mode, mode.ends_with("repl") ? lines : std::vector<std::string>{});
+    ASSERT_NE(run.status, 124) << "timed out";
+    EXPECT_EQ(run.status, 1);
+    EXPECT_LE(run.maxRssKiB, kMaxRssKiB);
+    std::vector<std::string> refusals;
+    std::istringstream out(run.out);
+    for (std::string line; std::getline(out, line);) {
+      if (line.starts_with("error: ")) refusals.push_back(line.substr(7, line.find(": ", 7) - 7));
+    }
+    EXPECT_EQ(refusals, expected);
+    EXPECT_TRUE(run.out.ends_with("the last statement ran\n"))
+        << run.out.substr(run.out.size() - std::min<std::size_t>(run.out.size(), 300));
+  }
+  std::filesystem::remove_all(dir);
+
+  // A line longer than a request may take is read to its end, refused, and the next line runs.
+  const std::string longLine = "x = '" + std::string(2 << 20, 'a') + "'";
+  const HostileRun run = runHostile("--max-request-bytes 1M repl", {longLine, "disp(7)"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out, testing::StartsWith("error: orbdt:TooLarge: a line of " + std::to_string(longLine.size())));
+  EXPECT_TRUE(run.out.ends_with("\n7\n"));
 }
 
 }  // namespace
