@@ -206,5 +206,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     orbfuzz::checkStoredValue(type, value, shown, true);
   }
   zx::clearWarnings();
+  orbfuzz::restoreProcessTables();
   return 0;
 }

@@ -21,5 +21,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     orbfuzz::checkStoredValue(type, value, text, false);
   }
   zx::clearWarnings();
+  orbfuzz::restoreProcessTables();
   return 0;
 }

@@ -10,6 +10,7 @@
 #include "arraylib/zxcompare.h"
 #include "arraylib/zxerror.h"
 #include "datatype/all/all_types.h"
+#include "datatype/color/color_base.h"
 #include "datatype/library.h"
 #include "foundationlib/i18n/catalog.h"
 #include "fuzz_support.h"
@@ -149,8 +150,21 @@ void checkTextReadBack(const FuzzType& type, COSValue value, const std::string& 
 
 }  // namespace
 
+namespace {
+const ColorNameTable::Entries& initialColorNames() {
+  static const ColorNameTable::Entries names = ColorNameTable::getInstance().entries();
+  return names;
+}
+}  // namespace
+
+void restoreProcessTables() {
+  ColorNameTable& table = ColorNameTable::getInstance();
+  if (table.entries() != initialColorNames()) table.restoreForTests(initialColorNames());
+}
+
 const FuzzType& typeChosenBy(ByteReader& input) {
   static const std::vector<FuzzType> types = startLibrary();
+  initialColorNames();
   if (input.peek() == '@') {
     const std::string_view name = input.line().substr(1);
     for (const FuzzType& type : types) {

@@ -28,6 +28,10 @@ struct FuzzType {
 // no type, two bytes pick one, counting round the list.
 const FuzzType& typeChosenBy(ByteReader& input);
 
+// Puts back what an input changed in the process-wide tables (color names it added), so that inputs
+// neither slow down nor grow the ones that follow. Call it after each input.
+void restoreProcessTables();
+
 // The slot a conversion made, or an empty slot when it refused: a refusal must be a host error whose
 // identifier is in the message catalog; anything else raised is a fault. input is shown on failure.
 objsys::COSValue convertOrRefuse(const FuzzType& type, const char* what, const std::string& input,

@@ -28,8 +28,9 @@ declare -A dictionaries=(
   [text_parsers_fuzzer]="matrix"
   [literal_fuzzer]="literal names"
   [request_fuzzer]="request literal names"
+  [session_fuzzer]="session literal names"
 )
-fuzzers=(${FUZZERS:-text_conversion_fuzzer array_conversion_fuzzer text_parsers_fuzzer literal_fuzzer request_fuzzer})
+fuzzers=(${FUZZERS:-text_conversion_fuzzer array_conversion_fuzzer text_parsers_fuzzer literal_fuzzer request_fuzzer session_fuzzer})
 
 export ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
