@@ -4,6 +4,8 @@
 #include <array>
 #include <cstdio>
 
+#include "utillib/ut.h"
+
 namespace cmdlang {
 namespace {
 
@@ -21,6 +23,10 @@ TooLargeError::TooLargeError(std::string_view what, std::size_t needed, std::siz
     : std::runtime_error(refusalText(what, needed, limit, used)), needed_(needed), limit_(limit), used_(used) {}
 
 void ByteBudget::charge(std::size_t bytes, std::string_view what) {
+  if (utIsInterruptPending()) {
+    utSetInterruptHandled(true);
+    throw InterruptedError();
+  }
   if (!tryCharge(bytes)) refuse(bytes, what);
 }
 

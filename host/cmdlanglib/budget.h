@@ -26,6 +26,12 @@ class TooLargeError : public std::runtime_error {
   std::size_t used_;
 };
 
+// Work stopped because the user interrupted it (Ctrl-C): a charge finds the host's interrupt flag set.
+class InterruptedError : public std::runtime_error {
+ public:
+  InterruptedError() : std::runtime_error("Interrupted (Ctrl-C): the work stopped.") {}
+};
+
 // The bytes one piece of work (one literal, one request) may allocate, counted as it goes. Charges
 // are never given back, so the count bounds the work's peak from above. An unlimited budget counts
 // but never refuses.
@@ -36,7 +42,8 @@ class ByteBudget {
   explicit ByteBudget(std::size_t limit = kUnlimited) : limit_(limit) {}
 
   // Charges bytes, or throws TooLargeError naming what ("zeros at column 1: a 9x9 double array")
-  // and charges nothing.
+  // and charges nothing. Work charges as it goes, so a charge is also where an interrupt (the host's
+  // flag, which the charge clears) stops it with InterruptedError.
   void charge(std::size_t bytes, std::string_view what);
   // Charges bytes when they fit and says whether they did.
   bool tryCharge(std::size_t bytes) noexcept;

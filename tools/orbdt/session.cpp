@@ -269,6 +269,8 @@ bool Session::runLine(std::string_view line) {
     out_ << "error: orbdt:BadStatement: " << error.what() << "\n";
   } catch (const cmdlang::LiteralError& error) {
     out_ << "error: orbdt:BadLiteral: " << error.what() << "\n";
+  } catch (const cmdlang::InterruptedError& error) {
+    out_ << "error: orbdt:Interrupted: " << error.what() << "\n";
   } catch (const cmdlang::TooLargeError& error) {
     out_ << "error: orbdt:TooLarge: " << error.what() << " (--max-request-bytes and --max-session-bytes set the limits)\n";
   } catch (const std::bad_alloc&) {
@@ -434,9 +436,9 @@ int runSession(int fd, std::ostream& out, bool prompt, std::size_t maxRequestByt
     const std::optional<InputLine> line = lines.next();
     if (!line) break;
     if (line->interrupted) {
-      // Ctrl-C at the prompt drops what was typed and asks again.
+      // Ctrl-C while a line is typed drops what was typed, and the prompt comes back on a line of its own.
       utSetInterruptHandled(true);
-      out << "\n";
+      if (prompt) out << "\n";
       continue;
     }
     if (line->truncated) {

@@ -1,6 +1,8 @@
 // The orbdt program end to end: each command, --json, batch, sessions, exit statuses and usage errors.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -247,6 +249,46 @@ TEST(OrbdtSession, ScriptsPrintEachLinesAnswerAndGoOnAfterRefusals) {
   // Piped input is a script: no prompts.
   EXPECT_EQ(orbdt("repl", "f = figure\nf.Colour\n").out,
             "f = 1\nerror: Korvax:objsys:UnknownProperty: There is no Colour property on the figure class.\n");
+}
+
+// Ctrl-C while the session waits for a line stops nothing but the line being typed: the session goes
+// on with the next line.
+TEST(OrbdtSession, AnInterruptLeavesTheSessionRunning) {
+  int toOrbdt[2];
+  int fromOrbdt[2];
+  ASSERT_EQ(pipe(toOrbdt), 0);
+  ASSERT_EQ(pipe(fromOrbdt), 0);
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    dup2(toOrbdt[0], STDIN_FILENO);
+    dup2(fromOrbdt[1], STDOUT_FILENO);
+    for (const int fd : {toOrbdt[0], toOrbdt[1], fromOrbdt[0], fromOrbdt[1]}) close(fd);
+    execl(ORBDT_PATH, ORBDT_PATH, "repl", static_cast<char*>(nullptr));
+    _exit(127);
+  }
+  close(toOrbdt[0]);
+  close(fromOrbdt[1]);
+  const auto say = [&](const std::string& line) { ASSERT_EQ(write(toOrbdt[1], line.data(), line.size()), ssize_t(line.size())); };
+  const auto hear = [&] {
+    char buffer[256];
+    const ssize_t count = read(fromOrbdt[0], buffer, sizeof buffer);
+    return count > 0 ? std::string(buffer, static_cast<std::size_t>(count)) : std::string();
+  };
+  say("disp(1)\n");
+  EXPECT_EQ(hear(), "1\n");
+  say("disp(");  // half a line, then Ctrl-C
+  usleep(100000);
+  kill(child, SIGINT);
+  usleep(100000);
+  say("disp(2)\n");
+  EXPECT_EQ(hear(), "2\n");
+  close(toOrbdt[1]);
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 0);
+  close(fromOrbdt[0]);
 }
 
 }  // namespace
