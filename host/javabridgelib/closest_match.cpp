@@ -377,11 +377,14 @@ zxArray* fromJava(JNIEnv* env, jobject object);
 zxArray* objectsFromJava(JNIEnv* env, jobject array, std::size_t depth) {
   const Shape shape = shapeOfJavaArray(env, array, depth);
   ZxArrayPtr made(zxCreateCellArray(shape.dims.size(), shape.dims.data()));
+  // Null elements (a cell's empty values crossed as null) share one empty array's data.
+  const ZxArrayPtr empty(zxCreateDoubleMatrix(0, 0, zxREAL));
   const auto fill = [&](jobject innermost, zxSize offset, zxSize stride, zxSize count) {
     for (zxSize i = 0; i < count; ++i) {
       JavaLocalFrame frame(env);
       jobject element = env->GetObjectArrayElement(static_cast<jobjectArray>(innermost), static_cast<jsize>(i));
-      zxSetCell(made.get(), offset + i * stride, fromJava(env, element));
+      zxSetCell(made.get(), offset + i * stride,
+                element == nullptr ? zxCreateSharedDataCopy(empty.get()) : fromJava(env, element));
     }
   };
   if (depth == 1) {
