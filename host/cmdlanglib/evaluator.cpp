@@ -62,15 +62,15 @@ Call callOf(std::string_view statement, ByteBudget& budget) {
 std::vector<std::string_view> splitTopLevel(std::string_view text, std::string_view separators) {
   std::vector<std::string_view> parts;
   int depth = 0;
-  bool quoted = false;
+  char quote = '\0';
   std::size_t start = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const char c = text[i];
-    if (quoted) {
+    if (quote != '\0') {
       // A doubled quote stands for one quote and keeps the text open.
-      if (c == '\'') quoted = false;
-    } else if (c == '\'') {
-      quoted = true;
+      if (c == quote) quote = '\0';
+    } else if (c == '\'' || c == '"') {
+      quote = c;
     } else if (c == '(' || c == '[' || c == '{') {
       ++depth;
     } else if ((c == ')' || c == ']' || c == '}') && depth > 0) {

@@ -7,6 +7,7 @@
 //   number   = [ "+" | "-" ] ( digits [ "." [ digits ] ] | "." digits ) [ exponent ]
 //            | [ "+" | "-" ] ( "NaN" | "Inf" )            (NaN and Inf in any case)
 //   text     = "'" { any character but "'" | "''" } "'"      (UTF-8)
+//            | '"' { any character but '"' | '""' } '"'      (the same text: "r" is 'r')
 //   rows     = [ row { ";" row } ]
 //   row      = literal { ( "," | blanks ) literal }
 //   call     = name "(" [ literal { "," literal } ] ")"

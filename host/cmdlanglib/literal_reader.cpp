@@ -282,7 +282,7 @@ class Parser {
       return arrayOf(*scalar);
     }
     const char c = peek();
-    if (c == '\'') return parseText();
+    if (c == '\'' || c == '"') return parseText();
     if (c == '[') {
       const std::size_t open = pos_++;
       return concatenate(source_, parseRows(']', open, numberClass, true), open);
@@ -373,15 +373,17 @@ class Parser {
     return text_.substr(start, pos_ - start);
   }
 
+  // Text in single or double quotes, alike; the quote that opened it, doubled, stands for itself.
   ZxArrayPtr parseText() {
     const std::size_t start = pos_++;
+    const char quote = text_[start];
     // The closing quote is found first, so that the text's arrays are charged before they are made.
     std::size_t end = pos_;
     std::size_t length = 0;
     for (;; ++end, ++length) {
       if (end >= text_.size()) fail("unterminated text", start);
-      if (text_[end] != '\'') continue;
-      if (end + 1 >= text_.size() || text_[end + 1] != '\'') break;
+      if (text_[end] != quote) continue;
+      if (end + 1 >= text_.size() || text_[end + 1] != quote) break;
       ++end;
     }
     // The UTF-8 bytes, their UTF-16 units and the array's copy of them.
@@ -390,7 +392,7 @@ class Parser {
     bytes.reserve(length);
     for (; pos_ < end; ++pos_) {
       bytes += text_[pos_];
-      if (text_[pos_] == '\'') ++pos_;
+      if (text_[pos_] == quote) ++pos_;
     }
     pos_ = end + 1;
     const std::u16string units = fl::i18n::utf8ToUtf16(bytes);

@@ -34,6 +34,7 @@ TEST(LiteralTest, ReadsEachFormAsTheArrayItWritesAs) {
       {" -2.5e3 ", "-2500"}, {"-iNf", "-Inf"}, {"false", "false"}, {"[-Inf NaN; 0.1 1e300]", "[-Inf NaN;0.1 1e+300]"},
       {"[1 -2 , +3]", "[1 -2 3]"}, {"[[1;2] [3;4]; 5 6]", "[1 3;2 4;5 6]"}, {"[[] 1 zeros(0,0)]", "1"},
       {"[single(0.5) 2]", "single([0.5 2])"}, {"[int8(100) 200.7 true]", "int8([100 127 1])"}, {"'it''s'", "'it''s'"},
+      {"\"say \"\"hi\"\"\"", "'say \"hi\"'"}, {"[\"it's\" 'a']", "'it''sa'"},
       {"[complex(1, 2) 3]", "complex([1 3],[2 0])"}, {"reshape('', 0, 3)", "reshape('',0,3)"},
       {"int8([1.5 -2.5 300 -300 NaN Inf])", "int8([2 -3 127 -128 0 127])"}, {"logical([2 0 -0.5])", "logical([1 0 1])"},
       {"uint8([-1 255.5 0.49 -0])", "uint8([0 255 0 0])"}, {"single(0.1)", "single(0.1)"},
@@ -249,6 +250,7 @@ TEST(SplitTopLevel, SeparatorsInsideQuotesAndBracketsDoNotSplit) {
   const std::pair<const char*, std::vector<std::string_view>> kCases[] = {
       {"a, b", {"a", "b"}}, {"f(1, 2), g", {"f(1, 2)", "g"}}, {"", {""}}, {"a,,b", {"a", "", "b"}},
       {"'a,b', [1, 2], {3, 4}", {"'a,b'", "[1, 2]", "{3, 4}"}}, {"'it''s, here', x", {"'it''s, here'", "x"}},
+      {"\"a, \"\"b\"\"\", 1", {"\"a, \"\"b\"\"\"", "1"}},
       {"x) , y", {"x)", "y"}}};
   // clang-format on
   for (const auto& [text, parts] : kCases) {
