@@ -109,7 +109,11 @@ zxArray* arrayOfPeer(JNIEnv* env, const JavaPeerClass& peer, jobject object) {
 
 PeerJavaConversion::PeerJavaConversion(std::string typeName, const JavaPeerClass* peer, const char* javaForm,
                                        NumbersOfValue numbersOf)
-    : typeName_(std::move(typeName)), peer_(peer), javaForm_(javaForm), type_(typeName_.c_str()), numbersOf_(numbersOf) {}
+    : typeName_(std::move(typeName)),
+      peer_(peer),
+      javaForm_(javaForm),
+      type_(typeName_.c_str()),
+      numbersOf_(numbersOf) {}
 
 const char* PeerJavaConversion::javaClassName() const { return peer_ != nullptr ? peer_->javaName : javaForm_; }
 

@@ -40,6 +40,8 @@ struct TypeFacts {
   bool valueOutsideBlock = false;
   // Whether storing a value extends a table that lasts for the process (the color names).
   bool growsProcessTable = false;
+  // Whether text may name a color of the process's color name table.
+  bool takesColorNames = false;
   // Whether a type with named values offers some of them (one may accept names and offer none).
   bool offersNames = true;
 };

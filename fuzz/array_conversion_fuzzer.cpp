@@ -31,7 +31,17 @@ constexpr const char* kFieldNames[] = {"a", "b", "Color", "Style", "x", "value",
 constexpr const char* kFunctionNames[] = {"sin", "@(x)x", ""};
 
 enum class Kind : unsigned {
-  Numeric, Logical, Char, Cell, Struct, Sparse, SparseLogical, Scalar, String, Function, Count
+  Numeric,
+  Logical,
+  Char,
+  Cell,
+  Struct,
+  Sparse,
+  SparseLogical,
+  Scalar,
+  String,
+  Function,
+  Count
 };
 
 class Decoder {
@@ -115,10 +125,22 @@ class Decoder {
       const std::uint8_t b = input_.byte();
       if (b < 0x40) return static_cast<T>(b & 0x0F) / 4;
       if (b < 0x60) {
-        constexpr T kSpecial[] = {T(0), T(-0.0), T(1), T(-1), T(0.5), T(255), T(256), T(1e30), T(-1e-30),
-                                  std::numeric_limits<T>::infinity(), -std::numeric_limits<T>::infinity(),
-                                  std::numeric_limits<T>::quiet_NaN(), std::numeric_limits<T>::max(),
-                                  std::numeric_limits<T>::lowest(), std::numeric_limits<T>::denorm_min(), T(0.1)};
+        constexpr T kSpecial[] = {T(0),
+                                  T(-0.0),
+                                  T(1),
+                                  T(-1),
+                                  T(0.5),
+                                  T(255),
+                                  T(256),
+                                  T(1e30),
+                                  T(-1e-30),
+                                  std::numeric_limits<T>::infinity(),
+                                  -std::numeric_limits<T>::infinity(),
+                                  std::numeric_limits<T>::quiet_NaN(),
+                                  std::numeric_limits<T>::max(),
+                                  std::numeric_limits<T>::lowest(),
+                                  std::numeric_limits<T>::denorm_min(),
+                                  T(0.1)};
         return kSpecial[b % std::size(kSpecial)];
       }
     }
@@ -128,9 +150,9 @@ class Decoder {
   }
 
   ZxArrayPtr numeric(const std::vector<zxSize>& dims) {
-    constexpr zxClassID kClasses[] = {zxDOUBLE_CLASS, zxDOUBLE_CLASS, zxSINGLE_CLASS, zxINT8_CLASS,  zxUINT8_CLASS,
-                                      zxINT16_CLASS,  zxUINT16_CLASS, zxINT32_CLASS,  zxUINT32_CLASS, zxINT64_CLASS,
-                                      zxUINT64_CLASS};
+    constexpr zxClassID kClasses[] = {zxDOUBLE_CLASS, zxDOUBLE_CLASS, zxSINGLE_CLASS, zxINT8_CLASS,
+                                      zxUINT8_CLASS,  zxINT16_CLASS,  zxUINT16_CLASS, zxINT32_CLASS,
+                                      zxUINT32_CLASS, zxINT64_CLASS,  zxUINT64_CLASS};
     const zxClassID classID = kClasses[input_.below(std::size(kClasses))];
     const zxComplexity complexity = input_.below(8) == 0 ? zxCOMPLEX : zxREAL;
     ZxArrayPtr result(zxCreateNumericArray(dims.size(), dims.data(), classID, complexity));

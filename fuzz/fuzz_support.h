@@ -40,8 +40,8 @@ class ByteReader {
 // and the replay test fails.
 [[noreturn]] void fail(std::string_view what, std::string_view detail = {});
 
-#define ORB_FUZZ_CHECK(condition, detail)                                       \
-  do {                                                                          \
+#define ORB_FUZZ_CHECK(condition, detail)                                     \
+  do {                                                                        \
     if (!(condition)) ::orbfuzz::fail("check failed: " #condition, (detail)); \
   } while (false)
 

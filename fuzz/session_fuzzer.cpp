@@ -24,7 +24,7 @@ constexpr std::size_t kMaxRequestBytes = std::size_t{4} << 20;
 constexpr std::size_t kMaxSessionBytes = std::size_t{32} << 20;
 constexpr int kMaxLines = 16;
 
-void startHost() {
+const orbdt::HostSession& startHost() {
   static ut::PrintCapture quiet([](std::string_view) {});
   static const std::unique_ptr<orbdt::HostSession> host = [] {
     kxjDisableJavaStartup();
@@ -33,6 +33,7 @@ void startHost() {
     return std::make_unique<orbdt::HostSession>(
         orbdt::LibraryLocation{named != nullptr && *named != '\0' ? named : ORBDATATYPES_PATH, "the fuzzer"});
   }();
+  return *host;
 }
 
 // A refused statement's last line names an identifier: "error: component:key: text".
@@ -48,11 +49,11 @@ void checkRefusal(const std::string& shown, std::string_view statement) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  startHost();
+  const orbdt::HostSession& host = startHost();
   std::string_view rest(reinterpret_cast<const char*>(data), size);
   {
     std::ostringstream out;
-    orbdt::Session session(out, kMaxRequestBytes);
+    orbdt::Session session(host, out, kMaxRequestBytes);
     for (int lines = 0; lines < kMaxLines && !rest.empty(); ++lines) {
       const std::size_t end = rest.find('\n');
       const std::string_view statement = rest.substr(0, end);

@@ -16,8 +16,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string text(input.rest());
   {
     zx::CallFrame frame;
-    const objsys::COSValue value = orbfuzz::convertOrRefuse(
-        type, "text", text, [&] { return type.texts->from(objsys::COSValue(text.c_str())); });
+    const objsys::COSValue value =
+        orbfuzz::convertOrRefuse(type, "text", text, [&] { return type.texts->from(objsys::COSValue(text.c_str())); });
     orbfuzz::checkStoredValue(type, value, text, false);
   }
   zx::clearWarnings();

@@ -26,7 +26,6 @@ namespace {
 using objsys::COSValue;
 using namespace graphics::datatype;
 
-
 std::vector<FuzzType> startLibrary() {
   // The library's warnings and messages would only slow the fuzzer down.
   static ut::PrintCapture quiet([](std::string_view) {});
@@ -69,7 +68,8 @@ std::optional<std::string> textOf(const FuzzType& type, COSValue value) {
     text = type.texts->to(value);
   } catch (const fl::except::IMsgIDException& error) {
     checkCataloged(type, "text read-back", "", error);
-    ORB_FUZZ_CHECK(type.facts->text == TextForm::refused, context(type, "text read-back refused", error.get_error_id()));
+    ORB_FUZZ_CHECK(type.facts->text == TextForm::refused,
+                   context(type, "text read-back refused", error.get_error_id()));
     return std::nullopt;
   }
   ORB_FUZZ_CHECK(type.facts->text != TextForm::refused, context(type, "text read-back not refused", ""));
@@ -83,14 +83,14 @@ std::optional<std::string> textOf(const FuzzType& type, COSValue value) {
 void checkArrayReadBack(const FuzzType& type, COSValue value, const std::string& input, bool storedFromArray) {
   const gui_objects::ZxArrayPtr readBack(type.arrays->to(value).as<zxArray>());
   ORB_FUZZ_CHECK(readBack != nullptr, context(type, "array read-back", input));
-  const COSValue again = convertOrRefuse(type, "array read-back stored again", input + " read back as " +
-                                                                                     describeArray(readBack.get()),
-                                         [&] { return type.arrays->from(COSValue(readBack.get())); });
+  const COSValue again =
+      convertOrRefuse(type, "array read-back stored again", input + " read back as " + describeArray(readBack.get()),
+                      [&] { return type.arrays->from(COSValue(readBack.get())); });
   // A value holding nothing reads back as an empty array, which types that refuse empty arrays
   // refuse; anything else read back must be taken again.
   if (storedFromArray && !zxIsEmpty(readBack.get())) {
-    ORB_FUZZ_CHECK(!again.isEmpty(), context(type, "array read-back refused", input) + " read back as " +
-                                         describeArray(readBack.get()));
+    ORB_FUZZ_CHECK(!again.isEmpty(),
+                   context(type, "array read-back refused", input) + " read back as " + describeArray(readBack.get()));
   }
   const gui_objects::ZxArrayPtr second(type.arrays->to(again).as<zxArray>());
   type.type->destroy(again);
@@ -100,9 +100,8 @@ void checkArrayReadBack(const FuzzType& type, COSValue value, const std::string&
   type.type->destroy(third);
   const std::string difference = zx::arrayDifference(second.get(), last.get());
   if (!difference.empty()) {
-    fail("an array read back does not settle",
-         context(type, difference.c_str(), input) + ": " + describeArray(second.get()) + " then " +
-             describeArray(last.get()));
+    fail("an array read back does not settle", context(type, difference.c_str(), input) + ": " +
+                                                   describeArray(second.get()) + " then " + describeArray(last.get()));
   }
 }
 

@@ -40,7 +40,7 @@ struct TypeRow {
   TypeFacts facts;
 };
 
-#define ORB_TYPE(Name, DataType, ArrayConversion, TextConversion)                                 \
+#define ORB_TYPE(Name, DataType, ArrayConversion, TextConversion)                                                   \
   TypeRow{#Name, [] { return static_cast<objsys::COSDataType*>(DataType::getType()); }, &DataType::getDataTypeName, \
           DataType::kFacts},
 inline constexpr TypeRow kEveryType[] = {

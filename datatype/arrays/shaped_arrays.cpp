@@ -66,8 +66,8 @@ objsys::COSValue ShapedArrayDataType<Derived, T>::getDefaultValue() const {
                                          DefaultText,                                                  \
                                          ParseClass,                                                   \
                                          shaped::EmptyReadBack,                                        \
-                                         &failureOf<Korvax::orb::shaped_arrays::T##Size>,             \
-                                         &failureOf<Korvax::orb::shaped_arrays::T##Type>,             \
+                                         &failureOf<Korvax::orb::shaped_arrays::T##Size>,              \
+                                         &failureOf<Korvax::orb::shaped_arrays::T##Type>,              \
                                          ORB_SHAPED_ARRAY_VALUE_FAILURE_##ValueLeaf(T),                \
                                          &textFailure<datatypes::T::ParseException, #T>};              \
     return kRow;                                                                                       \

@@ -6,8 +6,8 @@
 #include <optional>
 #include <string_view>
 
-#include "datatype/enums/named_styles.h"
 #include "datatype/conversions.h"
+#include "datatype/enums/named_styles.h"
 #include "datatype/enums/style_enumeration.h"
 #include "datatype/export.h"
 

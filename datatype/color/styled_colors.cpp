@@ -184,10 +184,10 @@ StyledColor<StyleClass>::StyledColor(std::string_view text) {
 #define ORB_STYLED_COLOR(Type, ...) template class StyledColor<Type##Style>;
 #include "datatype/color/styled_colors.def"
 
-#define ORB_STYLED_COLOR(Type, ...)                                                                  \
-  std::optional<std::array<double, 4>> Type##DataType::javaNumbers(objsys::COSValue value) {         \
-    const Type& color = *value.as<const Type>();                                                     \
-    if (color.getStyle() != Type##Style::color) return std::nullopt;                                 \
+#define ORB_STYLED_COLOR(Type, ...)                                                                    \
+  std::optional<std::array<double, 4>> Type##DataType::javaNumbers(objsys::COSValue value) {           \
+    const Type& color = *value.as<const Type>();                                                       \
+    if (color.getStyle() != Type##Style::color) return std::nullopt;                                   \
     return std::array<double, 4>{color.getRed(), color.getGreen(), color.getBlue(), color.getAlpha()}; \
   }
 #include "datatype/color/styled_colors.def"

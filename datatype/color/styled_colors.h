@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "datatype/color/color_base.h"
-#include "datatype/enums/named_styles.h"
 #include "datatype/conversions.h"
+#include "datatype/enums/named_styles.h"
 #include "datatype/enums/style_enumeration.h"
 #include "datatype/export.h"
 
@@ -107,18 +107,19 @@ class ORB_EXPORT RGBMatrixFlatNoneColor {
 // writes them, as the color rule fixes. A one-color value crosses to Java as an OrbColor with its alpha.
 // A type offers its names only where some style is offered (RGBAColor accepts "none" and "color" but
 // offers neither).
-#define ORB_COLOR_TYPE(Type, SizeInBytes, Peer, OffersNames, ...)                                   \
-  class ORB_EXPORT Type##DataType : public NamedStylesDataType<Type##DataType, Type, Type##Style> { \
-   public:                                                                                          \
-    static constexpr const char* kName = #Type;                                                     \
-    static constexpr const char* kClassName = #Type "DataType";                                     \
-    static constexpr std::size_t kValueSizeInBytes = SizeInBytes;                                   \
-    static constexpr TypeFacts kFacts{.text = TextForm::fixed, .javaPeer = Peer, .offersNames = OffersNames}; \
-    static Type makeDefaultValue() { return Type(); }                                               \
-    __VA_ARGS__                                                                                     \
-  };                                                                                                \
-  struct ORB_EXPORT Type##Rules;                                                                    \
-  class ORB_EXPORT Type##MC final : public ArrayConversion<Type##Rules> {};                         \
+#define ORB_COLOR_TYPE(Type, SizeInBytes, Peer, OffersNames, ...)                                        \
+  class ORB_EXPORT Type##DataType : public NamedStylesDataType<Type##DataType, Type, Type##Style> {      \
+   public:                                                                                               \
+    static constexpr const char* kName = #Type;                                                          \
+    static constexpr const char* kClassName = #Type "DataType";                                          \
+    static constexpr std::size_t kValueSizeInBytes = SizeInBytes;                                        \
+    static constexpr TypeFacts kFacts{                                                                   \
+        .text = TextForm::fixed, .javaPeer = Peer, .takesColorNames = true, .offersNames = OffersNames}; \
+    static Type makeDefaultValue() { return Type(); }                                                    \
+    __VA_ARGS__                                                                                          \
+  };                                                                                                     \
+  struct ORB_EXPORT Type##Rules;                                                                         \
+  class ORB_EXPORT Type##MC final : public ArrayConversion<Type##Rules> {};                              \
   class ORB_EXPORT Type##SC final : public TextConversion<Type##Rules> {};
 #define ORB_COLOR_STYLE(enumerator, name, number, status) || EnumStatus::status == EnumStatus::offered
 // The color with its alpha, which the array form leaves out; nothing for a style.

@@ -5,8 +5,8 @@
 
 #include "datatype/conversion_support.h"
 #include "datatype/data_type_base.h"
-#include "datatype/java_conversion.h"
 #include "datatype/errors.h"
+#include "datatype/java_conversion.h"
 
 namespace graphics::datatype {
 

@@ -22,15 +22,16 @@ bool BoundingVolume::operator==(const BoundingVolume& other) const {
 
 struct BoundingVolumeRules {
   using Value = BoundingVolume;
-  using Refusals = geometry::ArrayRefusals<Korvax::datatypes::BoundingVolumeDataType::ArrayNull,
-                                           Korvax::datatypes::BoundingVolumeDataType::ArrayClass,
-                                           Korvax::datatypes::BoundingVolumeDataType::ArrayShape,
-                                           Korvax::datatypes::BoundingVolumeDataType::InvalidWidth>;
+  using Refusals = geometry::ArrayRefusals<
+      Korvax::datatypes::BoundingVolumeDataType::ArrayNull, Korvax::datatypes::BoundingVolumeDataType::ArrayClass,
+      Korvax::datatypes::BoundingVolumeDataType::ArrayShape, Korvax::datatypes::BoundingVolumeDataType::InvalidWidth>;
 
   static BoundingVolume fromArray(const zxArray& array) {
     return BoundingVolume(geometry::readOrRefuse<Refusals>([&] { return orb::objConvert::toBoundingVolume(&array); }));
   }
-  static zxArray* toArray(const BoundingVolume& box) { return orb::objConvert::toZxArray(box.asBoundingVolume()).release(); }
+  static zxArray* toArray(const BoundingVolume& box) {
+    return orb::objConvert::toZxArray(box.asBoundingVolume()).release();
+  }
   static zxArray* noValueArray() { return zxCreateDoubleMatrix(0, 0, zxREAL); }
 
   // The corners are taken as parsed, unchecked, as guilib's parser gives them.

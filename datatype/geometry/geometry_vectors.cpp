@@ -133,11 +133,11 @@ Numbers<N> parseRow(const char* text) {
 template <class DataType>
 struct VectorRow;
 #define ORB_GEOMETRY_VECTOR(Name, Value, Size, Facts, LayoutType, NullId, ClassId, ShapeId, DataId, ...) \
-  template <>                                                                                     \
-  struct VectorRow<Name##DataType> {                                                              \
-    using Layout = LayoutType;                                                                    \
-    using Refusals = ArrayRefusals<NullId, ClassId, ShapeId, DataId>;                             \
-    static constexpr Numbers<Layout::kCount> kDefault{__VA_ARGS__};                               \
+  template <>                                                                                            \
+  struct VectorRow<Name##DataType> {                                                                     \
+    using Layout = LayoutType;                                                                           \
+    using Refusals = ArrayRefusals<NullId, ClassId, ShapeId, DataId>;                                    \
+    static constexpr Numbers<Layout::kCount> kDefault{__VA_ARGS__};                                      \
   };
 #include "datatype/geometry/geometry_vectors.def"
 
@@ -149,9 +149,7 @@ bool agrees(double p, double q) {
   return std::fabs(p - q) / scale < 1e-12;
 }
 
-bool allAgree(const Numbers<4>& a, const Numbers<4>& b) {
-  return std::equal(a.begin(), a.end(), b.begin(), agrees);
-}
+bool allAgree(const Numbers<4>& a, const Numbers<4>& b) { return std::equal(a.begin(), a.end(), b.begin(), agrees); }
 
 }  // namespace geometry
 
@@ -216,17 +214,14 @@ struct VectorRules {
       return geometry::numbersText(Layout::numbersOf(value), kCount);
     }
   }
-  static std::string noValueText()
-    requires requires { Layout::noValueText(); }
-  {
-    return Layout::noValueText();
-  }
+  static std::string noValueText() requires requires { Layout::noValueText(); }
+  { return Layout::noValueText(); }
 };
 
-#define ORB_GEOMETRY_VECTOR(Name, Value, ...)                                   \
-  Value Name##DataType::makeDefaultValue() {                                    \
-    using Row = geometry::VectorRow<Name##DataType>;                            \
-    return Row::Layout::make(Row::kDefault);                                    \
+#define ORB_GEOMETRY_VECTOR(Name, Value, ...)        \
+  Value Name##DataType::makeDefaultValue() {         \
+    using Row = geometry::VectorRow<Name##DataType>; \
+    return Row::Layout::make(Row::kDefault);         \
   }
 #include "datatype/geometry/geometry_vectors.def"
 

@@ -76,7 +76,8 @@ ORB_EXPORT bool equalWithinRoundoffError(const gui_objects::Inset2d& a, const gu
 // (not logical or char), whatever the shape, in storage order; read back as a 1-by-count double row, an
 // empty slot as a 0-by-0 double. Text: one row of that many numbers ("[0.1 0.1 0.8 0.8]",
 // "1, 2, 3"), written back as "[n1 n2 ...]" with each number the shortest text that reads back the
-// same; a pixel point writes decimal integers and reads as "[0 0]" when it holds no point. Refusals raise the row's identifiers and store nothing.
+// same; a pixel point writes decimal integers and reads as "[0 0]" when it holds no point. Refusals raise the row's
+// identifiers and store nothing.
 template <class DataType>
 struct ORB_EXPORT VectorRules;
 
@@ -88,16 +89,16 @@ inline constexpr TypeFacts kPixelPointFacts{
 constexpr TypeFacts crossingAs(const JavaPeerClass& peer) { return {.javaPeer = &peer}; }
 }  // namespace geometry
 
-#define ORB_GEOMETRY_VECTOR(Name, Value, Size, Facts, ...)                      \
-  class ORB_EXPORT Name##DataType : public BasicDataType<Name##DataType, Value> { \
-   public:                                                                      \
-    static constexpr const char* kName = #Name;                                 \
-    static constexpr const char* kClassName = #Name "DataType";                 \
-    static constexpr std::size_t kValueSizeInBytes = Size;                      \
-    static constexpr TypeFacts kFacts = Facts;                                  \
-    static Value makeDefaultValue();                                            \
-  };                                                                            \
-  static_assert(sizeof(Value) == (Size));                                       \
+#define ORB_GEOMETRY_VECTOR(Name, Value, Size, Facts, ...)                                  \
+  class ORB_EXPORT Name##DataType : public BasicDataType<Name##DataType, Value> {           \
+   public:                                                                                  \
+    static constexpr const char* kName = #Name;                                             \
+    static constexpr const char* kClassName = #Name "DataType";                             \
+    static constexpr std::size_t kValueSizeInBytes = Size;                                  \
+    static constexpr TypeFacts kFacts = Facts;                                              \
+    static Value makeDefaultValue();                                                        \
+  };                                                                                        \
+  static_assert(sizeof(Value) == (Size));                                                   \
   class ORB_EXPORT Name##MC final : public ArrayConversion<VectorRules<Name##DataType>> {}; \
   class ORB_EXPORT Name##SC final : public TextConversion<VectorRules<Name##DataType>> {};
 #include "datatype/geometry/geometry_vectors.def"

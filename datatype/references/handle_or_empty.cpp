@@ -59,9 +59,9 @@ HandleOrEmpty::~HandleOrEmpty() { getMxArrayDataType().destroy(held_); }
 void HandleOrEmpty::setHandle(const zxArray* array) {
   const bool present = array != nullptr && !isArrayEmpty(array);
   if (present && !objsys::omIsOBJSYS(array) && !zxIsDouble(array)) raise<InvalidOrbHandle>();
-  gui_objects::ZxArrayPtr made(!present                       ? createEmptyObject()
-                               : objsys::omIsOBJSYS(array)    ? zxCreateSharedDataCopy(array)
-                                                              : convertDoubleToHandle(array));
+  gui_objects::ZxArrayPtr made(!present                    ? createEmptyObject()
+                               : objsys::omIsOBJSYS(array) ? zxCreateSharedDataCopy(array)
+                                                           : convertDoubleToHandle(array));
   // The previous array goes only once the new value is ready, so a failure leaves it in place.
   const objsys::COSValue next = getMxArrayDataType().valueFromArray(made.get());
   getMxArrayDataType().destroy(held_);

@@ -145,7 +145,8 @@ template <class T>
 
 template <class T>
 ConstrainedScalar<T>::ConstrainedScalar(double value) : value_(value) {
-  if (!passesAll<T>(value)) [[unlikely]] refuse(value);
+  if (!passesAll<T>(value)) [[unlikely]]
+    refuse(value);
 }
 
 template <class T>

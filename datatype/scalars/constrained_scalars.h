@@ -54,25 +54,25 @@ struct ORB_EXPORT ScalarRules;
 // the types that report with texts, into slot for PositiveWithZero.
 #define ORB_SCALAR_IS_VALID_texts static bool isValid(double value, ErrorMessage* err);
 #define ORB_SCALAR_IS_VALID_slot static bool isValid(double value, boost::exception_ptr& slot);
-#define ORB_CONSTRAINED_SCALAR(Name, Default, Report, IsValidAccess)                   \
-  class ORB_EXPORT Name : public ConstrainedScalar<Name> {                             \
-   public:                                                                             \
-    using ConstrainedScalar::ConstrainedScalar;                                        \
-    static constexpr double kDefault = Default;                                        \
-                                                                                       \
-    IsValidAccess : ORB_SCALAR_IS_VALID_##Report friend class ConstrainedScalar<Name>; \
-  };                                                                                   \
-  static_assert(sizeof(Name) == sizeof(double) && std::is_trivially_copyable_v<Name>); \
-  class ORB_EXPORT Name##DataType : public BasicDataType<Name##DataType, Name> {       \
-   public:                                                                             \
-    static constexpr const char* kName = #Name;                                        \
-    static constexpr const char* kClassName = #Name "DataType";                        \
-    static constexpr std::size_t kValueSizeInBytes = sizeof(Name);                     \
-    /* Six significant digits, as the stream writes a number; shown as a number. */    \
+#define ORB_CONSTRAINED_SCALAR(Name, Default, Report, IsValidAccess)                                \
+  class ORB_EXPORT Name : public ConstrainedScalar<Name> {                                          \
+   public:                                                                                          \
+    using ConstrainedScalar::ConstrainedScalar;                                                     \
+    static constexpr double kDefault = Default;                                                     \
+                                                                                                    \
+    IsValidAccess : ORB_SCALAR_IS_VALID_##Report friend class ConstrainedScalar<Name>;              \
+  };                                                                                                \
+  static_assert(sizeof(Name) == sizeof(double) && std::is_trivially_copyable_v<Name>);              \
+  class ORB_EXPORT Name##DataType : public BasicDataType<Name##DataType, Name> {                    \
+   public:                                                                                          \
+    static constexpr const char* kName = #Name;                                                     \
+    static constexpr const char* kClassName = #Name "DataType";                                     \
+    static constexpr std::size_t kValueSizeInBytes = sizeof(Name);                                  \
+    /* Six significant digits, as the stream writes a number; shown as a number. */                 \
     static constexpr TypeFacts kFacts{.text = TextForm::fixed, .javaPeer = &java_peers::OrbDouble}; \
-    static Name makeDefaultValue() { return Name(Name::kDefault); }                    \
-  };                                                                                   \
-  class ORB_EXPORT Name##MC final : public ArrayConversion<ScalarRules<Name>> {};      \
+    static Name makeDefaultValue() { return Name(Name::kDefault); }                                 \
+  };                                                                                                \
+  class ORB_EXPORT Name##MC final : public ArrayConversion<ScalarRules<Name>> {};                   \
   class ORB_EXPORT Name##SC final : public TextConversion<ScalarRules<Name>> {};
 #include "datatype/scalars/constrained_scalars.def"
 #undef ORB_SCALAR_IS_VALID_texts

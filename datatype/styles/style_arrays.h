@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "datatype/enums/named_styles.h"
 #include "datatype/conversions.h"
+#include "datatype/enums/named_styles.h"
 #include "datatype/enums/style_enumeration.h"
 #include "datatype/export.h"
 
@@ -93,22 +93,22 @@ class StyleArray {
 // or a vector cell of such names; read back as a char row for one style and as a 1-by-N cell of
 // names otherwise. Text: one name, or several separated by '|' or blanks; written as the names
 // joined by '|'. The default is the list of the row's default style alone.
-#define ORB_STYLE_ARRAY(Type, DefaultStyle, ...)                                                    \
-  class ORB_EXPORT Type final : public StyleArray<Type##Style> {                                    \
-   public:                                                                                          \
-    using StyleArray::StyleArray;                                                                   \
-  };                                                                                                \
-  class ORB_EXPORT Type##DataType : public NamedStylesDataType<Type##DataType, Type, Type##Style> { \
-   public:                                                                                          \
-    static constexpr const char* kName = #Type;                                                     \
-    static constexpr const char* kClassName = #Type "DataType";                                     \
-    static constexpr std::size_t kValueSizeInBytes = 12;                                            \
+#define ORB_STYLE_ARRAY(Type, DefaultStyle, ...)                                                     \
+  class ORB_EXPORT Type final : public StyleArray<Type##Style> {                                     \
+   public:                                                                                           \
+    using StyleArray::StyleArray;                                                                    \
+  };                                                                                                 \
+  class ORB_EXPORT Type##DataType : public NamedStylesDataType<Type##DataType, Type, Type##Style> {  \
+   public:                                                                                           \
+    static constexpr const char* kName = #Type;                                                      \
+    static constexpr const char* kClassName = #Type "DataType";                                      \
+    static constexpr std::size_t kValueSizeInBytes = 12;                                             \
     /* Text the lists cannot take, a failed allocation included, is the out-of-memory identifier. */ \
-    static constexpr TypeFacts kFacts{.failuresBecome = "Korvax:orb:datatypes:OutOfMemory"};       \
-    static Type makeDefaultValue() { return Type(Type##Style::DefaultStyle); }                      \
-  };                                                                                                \
-  struct ORB_EXPORT Type##Rules;                                                                    \
-  class ORB_EXPORT Type##MC final : public ArrayConversion<Type##Rules> {};                         \
+    static constexpr TypeFacts kFacts{.failuresBecome = "Korvax:orb:datatypes:OutOfMemory"};         \
+    static Type makeDefaultValue() { return Type(Type##Style::DefaultStyle); }                       \
+  };                                                                                                 \
+  struct ORB_EXPORT Type##Rules;                                                                     \
+  class ORB_EXPORT Type##MC final : public ArrayConversion<Type##Rules> {};                          \
   class ORB_EXPORT Type##SC final : public TextConversion<Type##Rules> {};
 #include "datatype/styles/style_arrays.def"
 

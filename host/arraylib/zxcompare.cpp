@@ -33,8 +33,7 @@ bool sameNumber(T x, T y, NumberEquality numbers) {
   if constexpr (std::is_floating_point_v<T>) {
     switch (numbers) {
       case NumberEquality::ieee: return x == y;
-      case NumberEquality::sameBits:
-        return (std::isnan(x) && std::isnan(y)) || std::memcmp(&x, &y, sizeof(T)) == 0;
+      case NumberEquality::sameBits: return (std::isnan(x) && std::isnan(y)) || std::memcmp(&x, &y, sizeof(T)) == 0;
     }
     return false;
   } else {
@@ -133,7 +132,9 @@ bool walk(const zxArray* a, const zxArray* b, const ComparePolicy& policy, std::
 
 }  // namespace
 
-bool arraysEqual(const zxArray* a, const zxArray* b, const ComparePolicy& policy) { return walk(a, b, policy, nullptr); }
+bool arraysEqual(const zxArray* a, const zxArray* b, const ComparePolicy& policy) {
+  return walk(a, b, policy, nullptr);
+}
 
 std::string arrayDifference(const zxArray* a, const zxArray* b, const ComparePolicy& policy) {
   std::string why;

@@ -36,8 +36,8 @@ std::size_t codeByteLimit = ByteBudget::kUnlimited;
 
 Call callOf(std::string_view statement, ByteBudget& budget) {
   std::size_t nameEnd = 0;
-  while (nameEnd < statement.size() && (std::isalnum(static_cast<unsigned char>(statement[nameEnd])) != 0 ||
-                                        statement[nameEnd] == '_')) {
+  while (nameEnd < statement.size() &&
+         (std::isalnum(static_cast<unsigned char>(statement[nameEnd])) != 0 || statement[nameEnd] == '_')) {
     ++nameEnd;
   }
   Call call{std::string(statement.substr(0, nameEnd)), {}};

@@ -14,7 +14,8 @@
 // A sign belongs to the number only when nothing separates them, so "[1 -2]" has two elements and
 // "[1-2]" is refused. Whole numbers written without a point or exponent inside an integer cast are
 // read in that class directly, so int64 and uint64 values stay exact; numbers inside single(...) are
-// read as singles. "@name" is a function handle naming the function. Error messages give positions as 1-based character columns.
+// read as singles. "@name" is a function handle naming the function. Error messages give positions as 1-based character
+// columns.
 #pragma once
 
 #include <optional>

@@ -21,7 +21,9 @@ std::map<std::string, NativeFunction, std::less<>>& functions() {
 
 CodeEvaluator evaluator = nullptr;
 
-bool isCharRow(const zxArray* array) { return zxIsChar(array) && zxGetNumberOfDimensions(array) == 2 && zxGetM(array) == 1; }
+bool isCharRow(const zxArray* array) {
+  return zxIsChar(array) && zxGetNumberOfDimensions(array) == 2 && zxGetM(array) == 1;
+}
 
 std::string textOf(const zxArray* array) {
   char* text = zxArrayToString(array);
@@ -48,6 +50,12 @@ void registerFunction(const std::string& name, NativeFunction function) { functi
 void unregisterFunction(const std::string& name) { functions().erase(name); }
 
 bool isFunctionRegistered(std::string_view name) { return functions().find(name) != functions().end(); }
+
+std::vector<std::string> registeredFunctionNames() {
+  std::vector<std::string> names;
+  for (const auto& entry : functions()) names.push_back(entry.first);
+  return names;
+}
 
 void callFunction(std::string_view name, const std::vector<const zxArray*>& arguments) {
   const auto found = functions().find(name);
@@ -81,7 +89,8 @@ MCallback::MCallback(const zxArray* array) {
     kind_ = Kind::Function;
   } else if (zxIsCell(array) && zxIsVector2D(array)) {
     const zxArray* first = zxGetCell(array, 0);
-    if (first == nullptr || !((zxIsFunctionHandle(first) && zxIsScalar(first)) || (isCharRow(first) && !zxIsEmpty(first)))) {
+    if (first == nullptr ||
+        !((zxIsFunctionHandle(first) && zxIsScalar(first)) || (isCharRow(first) && !zxIsEmpty(first)))) {
       throw InvalidCallbackException("the first element of a callback cell must be a function handle or name");
     }
     kind_ = Kind::FunctionWithArguments;
@@ -123,9 +132,7 @@ void MCallback::execute(const zxArray* source, const zxArray* event) const {
       if (evaluator == nullptr) zxErrMsgIdAndTxt("Korvax:callback:NoEvaluator", "There is no evaluator to run code.");
       evaluator(code_);
       return;
-    case Kind::Function:
-      callFunction(zxGetFunctionName(array_), arguments);
-      return;
+    case Kind::Function: callFunction(zxGetFunctionName(array_), arguments); return;
     case Kind::FunctionWithArguments:
       for (zxSize i = 1; i < zxGetNumberOfElements(array_); ++i) arguments.push_back(zxGetCell(array_, i));
       callFunction(functionNameOf(zxGetCell(array_, 0)), arguments);

@@ -22,6 +22,8 @@ using NativeFunction = std::function<void(const std::vector<const zxArray*>& arg
 void registerFunction(const std::string& name, NativeFunction function);
 void unregisterFunction(const std::string& name);
 bool isFunctionRegistered(std::string_view name);
+// The names of the registered functions, sorted.
+std::vector<std::string> registeredFunctionNames();
 // Calls the registered function; raises "Korvax:UndefinedFunction" when none has the name.
 void callFunction(std::string_view name, const std::vector<const zxArray*>& arguments);
 

@@ -41,6 +41,19 @@ bool sameName(std::string_view a, std::string_view b) {
   });
 }
 
+// Calls visit(name, type, arrays) for each property of the class, in declaration order, whose data type
+// is registered with a conversion from arrays.
+template <class Visit>
+void forEachRegisteredProperty(std::string_view className, const Visit& visit) {
+  for (const PropertyRow& property : kProperties) {
+    if (std::string_view(property.className) != "*" && property.className != className) continue;
+    const std::string typeName = std::string(kTypePackage) + property.type;
+    COSDataType* type = COSTypeRepository::getType(typeName.c_str());
+    const COSTypeConversion* arrays = COSTypeRepository::getConversion("any", typeName.c_str());
+    if (type != nullptr && arrays != nullptr) visit(property.name, type, arrays);
+  }
+}
+
 // Takes a value over until it is handed on; destroys it if anything fails first.
 class PendingValue {
  public:
@@ -58,6 +71,14 @@ class PendingValue {
 
 }  // namespace
 
+std::vector<std::pair<std::string, COSDataType*>> GraphicsObject::classProperties(std::string_view className) {
+  std::vector<std::pair<std::string, COSDataType*>> properties;
+  forEachRegisteredProperty(className, [&](const char* name, COSDataType* type, const COSTypeConversion*) {
+    properties.emplace_back(name, type);
+  });
+  return properties;
+}
+
 GraphicsObject* GraphicsObject::create(std::string_view className) {
   const auto* row = std::ranges::find_if(kClasses, [&](const ClassRow& c) { return c.name == className; });
   if (row == std::end(kClasses)) {
@@ -65,14 +86,9 @@ GraphicsObject* GraphicsObject::create(std::string_view className) {
     zxErrMsgIdAndTxt("Korvax:objsys:UnknownClass", "There is no graphics class named '%s'.", name.c_str());
   }
   std::vector<Slot> slots;
-  for (const PropertyRow& property : kProperties) {
-    if (std::string_view(property.className) != "*" && property.className != className) continue;
-    const std::string typeName = std::string(kTypePackage) + property.type;
-    COSDataType* type = COSTypeRepository::getType(typeName.c_str());
-    const COSTypeConversion* arrays = COSTypeRepository::getConversion("any", typeName.c_str());
-    if (type == nullptr || arrays == nullptr) continue;
-    slots.push_back(Slot{property.name, type, arrays, COSValue()});
-  }
+  forEachRegisteredProperty(className, [&](const char* name, COSDataType* type, const COSTypeConversion* arrays) {
+    slots.push_back(Slot{name, type, arrays, COSValue()});
+  });
   // Defaults are copied once the object owns its slots, so that its destructor frees them.
   auto* object = new GraphicsObject(row->name, std::move(slots));
   const COSInterfacePtr guard(object);

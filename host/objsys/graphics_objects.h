@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "arraylib/zxarray.h"
@@ -35,6 +36,9 @@ class KX_HOST_API GraphicsObject final : public COSInterface {
   static GraphicsObject* fromHandle(double handle);
   // The class names, in declaration order.
   static std::vector<std::string> classNames();
+  // The properties a new object of the class has, in declaration order, with their data types (the
+  // properties whose types are registered with a conversion from arrays); none for an unknown class.
+  static std::vector<std::pair<std::string, COSDataType*>> classProperties(std::string_view className);
 
   const char* getClassName() const override { return className_.c_str(); }
   bool isDeleted() const override { return deleted_; }

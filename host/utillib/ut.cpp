@@ -53,7 +53,6 @@ void* utAlignedMalloc(std::size_t alignment, std::size_t bytes) {
   return posix_memalign(&block, alignment, bytes) == 0 ? block : nullptr;
 }
 
-
 char* utStrdup(const char* text) {
   if (text == nullptr) return nullptr;
   return injectFailure() ? nullptr : strdup(text);

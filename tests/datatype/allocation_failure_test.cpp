@@ -144,12 +144,24 @@ TEST_F(AllocationFailure, EveryConversionOfEveryTypeOnItsDefault) {
 // that each family meets some value it stores and some it refuses. Refusals must stay refusals.
 TEST_F(AllocationFailure, SampleValuesOnEveryType) {
   constexpr const char* kLiterals[] = {
-      "uint8(5)",         "'xyz'",           "[0 0 0; 0.5 0.5 0.5; 1 1 1]", "[0 0 2]",
-      "{'one'; 'two'}",   "'h\xC3\xA9llo'", "'purple'",                    "uint8([255 0 0])",
-      "[1 0 0; 0 1 0]",   "'interp'",        "{'-', '--', ':'}",            "int32([1 1 100 50])",
-      "[1 NaN 1]",        "[0 0 0; 1 1 1]",  "{@disp, 1, 'a'}",
+      "uint8(5)",
+      "'xyz'",
+      "[0 0 0; 0.5 0.5 0.5; 1 1 1]",
+      "[0 0 2]",
+      "{'one'; 'two'}",
+      "'h\xC3\xA9llo'",
+      "'purple'",
+      "uint8([255 0 0])",
+      "[1 0 0; 0 1 0]",
+      "'interp'",
+      "{'-', '--', ':'}",
+      "int32([1 1 100 50])",
+      "[1 NaN 1]",
+      "[0 0 0; 1 1 1]",
+      "{@disp, 1, 'a'}",
   };
-  constexpr const char* kTexts[] = {" Dotted ", "0 0 0 0.5", "purple", "%*d", "[0 1 2]", "0.1 0.1 0.8 0.8", "disp('x')"};
+  constexpr const char* kTexts[] = {" Dotted ", "0 0 0 0.5",       "purple",   "%*d",
+                                    "[0 1 2]",  "0.1 0.1 0.8 0.8", "disp('x')"};
   for (const TypeRow& row : kEveryType) {
     // A Java machine, which such a type would start, allocates outside the failures injected here.
     if (row.facts.arraysUseJava) continue;

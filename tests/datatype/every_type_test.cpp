@@ -32,7 +32,6 @@ namespace {
 using namespace graphics::datatype;
 using objsys::COSValue;
 
-
 std::size_t heapInUse() {
 #if defined(__SANITIZE_ADDRESS__)
   return __sanitizer_get_current_allocated_bytes();
@@ -185,7 +184,9 @@ TEST_P(EveryType, PossibleValuesAreValuesOfTheTypeThatReadBack) {
 TEST_P(EveryType, ARefusedArrayRaisesACatalogedIdentifierAndStoresNothing) {
   if (facts.refusedArray == nullptr) GTEST_SKIP() << "refuses no array";
   const gui_objects::ZxArrayPtr refusedArray = cmdlang::readLiteral(facts.refusedArray);
-  const auto refuse = [&] { expectRefusedWithCatalogedId([&] { type.destroy(arrays->from(COSValue(refusedArray.get()))); }); };
+  const auto refuse = [&] {
+    expectRefusedWithCatalogedId([&] { type.destroy(arrays->from(COSValue(refusedArray.get()))); });
+  };
   refuse();
   refuse();
   // A Java machine allocates on threads of its own meanwhile.

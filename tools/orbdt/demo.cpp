@@ -76,20 +76,14 @@ struct SessionStep {
   bool accepted;
 };
 constexpr SessionStep kSessionSteps[] = {
-    {"f = figure", true},
-    {"a = axes(Parent=f)", true},
-    {"l = line(Parent=a, LineWidth=2)", true},
-    {"l.Parent", true},
-    {"l.Parent = 42", false},
-    {"l.ButtonDownFcn = {@disp, 'line clicked'}", true},
-    {"click(l)", true},
-    {"delete(f)", true},
-    {"l.Parent", false},
+    {"f = figure", true}, {"a = axes(Parent=f)", true}, {"l = line(Parent=a, LineWidth=2)", true},
+    {"l.Parent", true},   {"l.Parent = 42", false},     {"l.ButtonDownFcn = {@disp, 'line clicked'}", true},
+    {"click(l)", true},   {"delete(f)", true},          {"l.Parent", false},
 };
 
-int runObjectDemo(std::ostream& out) {
+int runObjectDemo(const HostSession& host, std::ostream& out) {
   out << "\nobjects, handles and callbacks:\n";
-  Session session(out, kDefaultMaxRequestBytes);
+  Session session(host, out, kDefaultMaxRequestBytes);
   int unexpected = 0;
   for (const SessionStep& step : kSessionSteps) {
     out << ">> " << step.line << "\n";
@@ -122,7 +116,7 @@ int runDemo(const HostSession& host, std::ostream& out) {
     }
     if ((response.exitStatus == 0) != step.accepted) ++unexpected;
   }
-  unexpected += runObjectDemo(out);
+  unexpected += runObjectDemo(host, out);
   return unexpected == 0 ? 0 : 1;
 }
 

@@ -9,8 +9,12 @@
 #include <filesystem>
 #include <system_error>
 
+#include "arraylib/zxarray.h"
+#include "arraylib/zxerror.h"
+#include "cmdlanglib/utf8.h"
 #include "objsys/builtin_types.h"
 #include "objsys/cos_package.h"
+#include "orbdt/hints.h"
 #include "utillib/ut.h"
 
 namespace orbdt {
@@ -64,12 +68,69 @@ TypeHandle HostSession::resolve(const std::string& name) const {
   handle.fullName = name.find('.') == std::string::npos ? std::string(kPackage) + "." + name : name;
   handle.type = objsys::COSTypeRepository::getType(handle.fullName.c_str());
   if (handle.type == nullptr || handle.fullName.rfind(std::string(kPackage) + ".", 0) != 0) {
-    throw UsageError("orbdt:UnknownType", "no data type named '" + name + "' in " + kPackage);
+    throw UsageError("orbdt:UnknownType",
+                     "no data type named '" + cmdlang::utf8Shortened(name, 200) + "' in " + kPackage,
+                     didYouMean(nearestTypeNames(name)));
   }
   handle.arrays = objsys::COSTypeRepository::getConversion("any", handle.fullName.c_str());
   handle.texts = objsys::COSTypeRepository::getConversion("asciiString", handle.fullName.c_str());
   if (factsOf_ != nullptr) handle.facts = factsOf_(handle.fullName.c_str());
   return handle;
+}
+
+std::vector<std::string> HostSession::offeredNames(const TypeHandle& handle) const {
+  std::vector<std::string> names;
+  if (handle.texts == nullptr || !handle.type->isPossibleValuesFinite()) return names;
+  try {
+    objsys::COSEnumerationRef values(handle.type->getPossibleValues());
+    while (values && values->hasMoreElements()) {
+      const objsys::COSValue text = handle.texts->to(values->nextElement());
+      if (!text.isEmpty()) names.emplace_back(text.as<const char>());
+      utFree(text.pointer());
+    }
+  } catch (const std::exception&) {
+    // A type that cannot list its names offers none.
+  }
+  return names;
+}
+
+std::vector<std::string> HostSession::colorNames() const {
+  std::vector<std::string> names;
+  try {
+    const TypeHandle table = resolve("ColorTable");
+    if (table.arrays == nullptr) return names;
+    const zx::CallFrame frame;
+    const std::unique_ptr<zxArray, decltype(&zxDestroyArray)> fields(
+        table.arrays->to(table.type->getDefaultValue()).as<zxArray>(), &zxDestroyArray);
+    if (!fields || !zxIsStruct(fields.get())) return names;
+    for (int f = 0; f < zxGetNumberOfFields(fields.get()); ++f)
+      names.emplace_back(zxGetFieldNameByNumber(fields.get(), f));
+  } catch (const std::exception&) {
+    // Without the table there are no names to offer.
+  }
+  return names;
+}
+
+std::vector<std::string> HostSession::nearestTypeNames(const std::string& name) const {
+  // A full name is compared with full names. A short one is first a kind of type: the shortest names
+  // ending with it ("Color" is RGBAColor, MeshColor, ...); then the names within a few edits of it.
+  constexpr std::size_t kHints = 3;
+  const bool full = name.find('.') != std::string::npos;
+  std::vector<std::string> candidates;
+  for (const std::string& fullName : typeNames()) {
+    candidates.push_back(full ? fullName : fullName.substr(fullName.rfind('.') + 1));
+  }
+  if (full || name.size() < 3) return nearestNames(name, candidates);
+  std::vector<std::string> kinds;
+  for (const std::string& candidate : candidates) {
+    if (candidate.size() > name.size() && candidate.ends_with(name)) kinds.push_back(candidate);
+  }
+  std::ranges::stable_sort(kinds, {}, &std::string::size);
+  if (kinds.size() > kHints) kinds.resize(kHints);
+  for (const std::string& near : nearestNames(name, candidates)) {
+    if (kinds.size() < kHints && std::ranges::find(kinds, near) == kinds.end()) kinds.push_back(near);
+  }
+  return kinds;
 }
 
 std::vector<std::string> HostSession::typeNames() const {

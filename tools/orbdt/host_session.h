@@ -16,8 +16,8 @@ namespace orbdt {
 struct TypeHandle {
   std::string fullName;
   objsys::COSDataType* type = nullptr;
-  const objsys::COSTypeConversion* arrays = nullptr;  // ("any", type); may be null
-  const objsys::COSTypeConversion* texts = nullptr;   // ("asciiString", type); may be null
+  const objsys::COSTypeConversion* arrays = nullptr;     // ("any", type); may be null
+  const objsys::COSTypeConversion* texts = nullptr;      // ("asciiString", type); may be null
   const graphics::datatype::TypeFacts* facts = nullptr;  // what the library states of the type; may be null
 };
 
@@ -42,6 +42,15 @@ class HostSession {
   TypeHandle resolve(const std::string& name) const;
   // The full names of the package's data types, sorted.
   std::vector<std::string> typeNames() const;
+  // The names a type with a finite set of values offers, as its text conversion writes them (the
+  // values it hides are not offered); empty for any other type.
+  std::vector<std::string> offeredNames(const TypeHandle& handle) const;
+  // The names of the process's color name table, as the ColorTable type reads it back; empty when the
+  // library has none.
+  std::vector<std::string> colorNames() const;
+  // The registered names nearest a name that names no type: full names for a full name, short ones
+  // otherwise; at most three.
+  std::vector<std::string> nearestTypeNames(const std::string& name) const;
 
   // The library next to this program, <program dir>/../lib/liborbdatatypes.so, unless the
   // environment variable ORBDT_LIBRARY names another. Throws std::runtime_error when ORBDT_LIBRARY is

@@ -17,6 +17,7 @@
 #include "orbdt/demo.h"
 #include "orbdt/holdings.h"
 #include "orbdt/host_session.h"
+#include "orbdt/line_editor.h"
 #include "orbdt/request_line.h"
 #include "orbdt/requests.h"
 #include "orbdt/session.h"
@@ -33,7 +34,8 @@ const std::string kUsage =
     "       orbdt java TYPE VALUE [--json]  (the value to its Java form and back)\n"
     "       orbdt batch\n"
     "       orbdt run FILE     (a session script: f = figure, l = line(Parent=f), l.Color = 'r', ...)\n"
-    "       orbdt repl         (the same lines, typed)\n"
+    "       orbdt repl [--history FILE | --no-history]\n"
+    "                          (the same lines, typed: editing, history, Tab completion)\n"
     "       orbdt demo\n"
     "       orbdt catalog      (a Markdown reference of every type)\n"
     "TYPE is a short name (ColorMap) or a full name (korvax.graphics.datatype.ColorMap).\n"
@@ -114,6 +116,16 @@ int runBatch(const orbdt::HostSession& host, std::size_t maxRequestBytes) {
 int main(int argc, char** argv) {
   std::vector<std::string> words(argv + 1, argv + argc);
   const bool json = std::erase(words, "--json") > 0;
+  const bool noHistory = std::erase(words, "--no-history") > 0;
+  std::optional<std::string> historyFile;
+  if (const auto at = std::ranges::find(words, "--history"); at != words.end()) {
+    if (at + 1 == words.end()) {
+      std::cerr << "orbdt: --history needs a file\n" << kUsage;
+      return 2;
+    }
+    historyFile = *(at + 1);
+    words.erase(at, at + 2);
+  }
   const std::optional<std::size_t> maxRequestBytes =
       takeByteLimit(words, "--max-request-bytes", orbdt::kDefaultMaxRequestBytes);
   if (!maxRequestBytes) {
@@ -135,8 +147,7 @@ int main(int argc, char** argv) {
   const bool batch = words[0] == "batch" && words.size() == 1;
   const nlohmann::json request = requestOf(words);
   const bool script = (words[0] == "run" && words.size() == 2) || (words[0] == "repl" && words.size() == 1);
-  const bool wholeSession =
-      batch || script || ((words[0] == "demo" || words[0] == "catalog") && words.size() == 1);
+  const bool wholeSession = batch || script || ((words[0] == "demo" || words[0] == "catalog") && words.size() == 1);
   if (!wholeSession && request.is_null()) {
     std::cerr << kUsage;
     return 2;
@@ -149,7 +160,12 @@ int main(int argc, char** argv) {
   try {
     const orbdt::HostSession host(orbdt::HostSession::defaultLibrary());
     if (batch) return runBatch(host, *maxRequestBytes);
-    if (words[0] == "repl") return orbdt::runSession(STDIN_FILENO, std::cout, isatty(STDIN_FILENO) != 0, *maxRequestBytes);
+    if (words[0] == "repl") {
+      const orbdt::SessionInput input{
+          STDIN_FILENO, isatty(STDIN_FILENO) != 0,
+          noHistory ? std::string() : historyFile.value_or(orbdt::LineEditor::defaultHistoryFile())};
+      return orbdt::runSession(host, input, std::cout, *maxRequestBytes);
+    }
     if (words[0] == "run") {
       const std::optional<std::string> cannot = cannotRead(words[1]);
       if (cannot) {
@@ -157,7 +173,7 @@ int main(int argc, char** argv) {
         return 2;
       }
       const int fd = ::open(words[1].c_str(), O_RDONLY | O_CLOEXEC);
-      const int status = orbdt::runSession(fd, std::cout, false, *maxRequestBytes);
+      const int status = orbdt::runSession(host, orbdt::SessionInput{fd, false, {}}, std::cout, *maxRequestBytes);
       ::close(fd);
       return status;
     }

@@ -10,8 +10,8 @@
 #include <utility>
 
 #include "cmdlanglib/utf8.h"
-#include "utillib/ut.h"
 #include "orbdt/usage_error.h"
+#include "utillib/ut.h"
 
 namespace orbdt {
 namespace {

@@ -160,21 +160,6 @@ TextReadBack readBackText(const TypeHandle& handle, COSValue value, const ArrayR
   return back;
 }
 
-// The names a type with a finite set of values takes, as its text conversion writes them; empty
-// for any other type.
-std::vector<std::string> possibleNames(const TypeHandle& handle) {
-  std::vector<std::string> names;
-  if (!handle.type->isPossibleValuesFinite()) return names;
-  guarded([&] {
-    objsys::COSEnumerationRef values(handle.type->getPossibleValues());
-    while (values && values->hasMoreElements()) {
-      const TextReadBack text = readBackText(handle, values->nextElement());
-      if (text.text.is_string()) names.push_back(text.text.get<std::string>());
-    }
-  });
-  return names;
-}
-
 json warningList(std::string& text) {
   json list = json::array();
   for (const zx::Warning& warning : zx::warnings()) {
@@ -182,21 +167,6 @@ json warningList(std::string& text) {
     text += "warning: " + warning.id + ": " + warning.text + "\n";
   }
   return list;
-}
-
-// The names of the process's color name table, read through the ColorTable type by name; empty
-// when the library has none.
-std::vector<std::string> colorNames(const HostSession& host) {
-  std::vector<std::string> names;
-  guarded([&] {
-    const TypeHandle table = host.resolve("ColorTable");
-    if (table.arrays == nullptr) return;
-    const gui_objects::ZxArrayPtr fields(table.arrays->to(table.type->getDefaultValue()).as<zxArray>());
-    if (!fields || !zxIsStruct(fields.get())) return;
-    for (int f = 0; f < zxGetNumberOfFields(fields.get()); ++f)
-      names.emplace_back(zxGetFieldNameByNumber(fields.get(), f));
-  });
-  return names;
 }
 
 // A color type's refusal of text that is neither one of its keywords nor a color.
@@ -208,9 +178,9 @@ bool isColorTextRefusal(const std::string& id) {
 // color names, or the first few of them when none is near (the table may be large).
 std::string hintFor(const HostSession& host, const TypeHandle& handle, const Refusal& refusal,
                     const std::string& name) {
-  std::string hint = didYouMean(nearestNames(name, possibleNames(handle)));
+  std::string hint = didYouMean(nearestNames(name, host.offeredNames(handle)));
   if (!hint.empty() || !isColorTextRefusal(refusal.id)) return hint;
-  const std::vector<std::string> colors = colorNames(host);
+  const std::vector<std::string> colors = host.colorNames();
   hint = didYouMean(nearestNames(name, colors));
   if (!hint.empty() || colors.empty()) return hint;
   constexpr std::size_t kShownNames = 8;
@@ -407,8 +377,9 @@ Response runDescribe(const HostSession& host, const json& request, cmdlang::Byte
   if (refusal) return refused(host, handle, *refusal, std::nullopt);
   out["possibleValuesFinite"] = type.isPossibleValuesFinite();
   out["possibleValues"] = nullptr;
-  if (type.isPossibleValuesFinite()) out["possibleValues"] = possibleNames(handle);
-  const objsys::JavaTypeConversion* java = objsys::JavaTypeConversion::getConversion(objsys::COSNameID(handle.fullName.c_str()));
+  if (type.isPossibleValuesFinite()) out["possibleValues"] = host.offeredNames(handle);
+  const objsys::JavaTypeConversion* java =
+      objsys::JavaTypeConversion::getConversion(objsys::COSNameID(handle.fullName.c_str()));
   out["javaPeer"] = java != nullptr ? json(java->javaClassName()) : json(nullptr);
   out["textForm"] = nullptr;
   out["defaultHoldsValue"] = nullptr;
@@ -443,7 +414,8 @@ Response runDescribe(const HostSession& host, const json& request, cmdlang::Byte
 Response runJava(const HostSession& host, const json& request, cmdlang::ByteBudget& budget, Form form) {
   const TypeHandle handle = host.resolve(requireString(request, "type"));
   if (!request.contains("value")) throw UsageError("orbdt:BadRequest", "member \"value\" is missing");
-  const objsys::JavaTypeConversion* java = objsys::JavaTypeConversion::getConversion(objsys::COSNameID(handle.fullName.c_str()));
+  const objsys::JavaTypeConversion* java =
+      objsys::JavaTypeConversion::getConversion(objsys::COSNameID(handle.fullName.c_str()));
   if (java == nullptr) throw UsageError("orbdt:BadRequest", handle.fullName + " has no Java conversion");
   const Converted converted = valueFromArray(handle, request["value"], budget);
   if (converted.refusal) return refused(host, handle, *converted.refusal, converted.name);
@@ -476,8 +448,8 @@ Response runJava(const HostSession& host, const json& request, cmdlang::ByteBudg
   response.json["javaText"] = javaText;
   response.json["equal"] = equal;
   if (form == Form::Text) {
-    response.text = "java class: " + javaClass + "\njava text:  " + javaText +
-                    "\nread back:\n" + response.text + "equal:      " + (equal ? "true" : "false") + "\n";
+    response.text = "java class: " + javaClass + "\njava text:  " + javaText + "\nread back:\n" + response.text +
+                    "equal:      " + (equal ? "true" : "false") + "\n";
   }
   return response;
 }
@@ -524,11 +496,15 @@ Response dispatch(const HostSession& host, const json& request, cmdlang::ByteBud
   return operation->run(host, request, budget, form);
 }
 
-// A request orbdt could not run at all.
-Response failed(const std::string& id, const std::string& message) {
+// A request orbdt could not run at all, with what was probably meant when that can be told.
+Response failed(const std::string& id, const std::string& message, const std::string& hint = {}) {
   Response response;
   response.json = {{"ok", false}, {"error", errorObject(id, message)}};
   response.text = "error: " + id + ": " + cmdlang::utf8Shortened(message, kMaxMessageBytes) + "\n";
+  if (!hint.empty()) {
+    response.json["hint"] = hint;
+    response.text += "hint: " + hint + "\n";
+  }
   response.exitStatus = 2;
   return response;
 }
@@ -540,7 +516,7 @@ Response answered(Fn&& fn) noexcept {
     try {
       return fn();
     } catch (const UsageError& error) {
-      return failed(error.id(), error.what());
+      return failed(error.id(), error.what(), error.hint());
     } catch (const cmdlang::TooLargeError& error) {
       return failed("orbdt:TooLarge", tooLargeMessage(error));
     } catch (const fl::except::IMsgIDException& error) {

@@ -159,7 +159,8 @@ std::size_t valueBytes(const zxArray* array) {
   } else {
     const std::size_t parts = zxIsComplex(array) ? 2 : 1;
     const zxSize stored = zxIsSparse(array) ? zxGetNzmax(array) + zxGetN(array) + 1 : count;
-    bytes = saturatingAdd(bytes, saturatingMultiply(stored, zxGetElementSize(array) * parts + (zxIsSparse(array) ? 8 : 0)));
+    bytes =
+        saturatingAdd(bytes, saturatingMultiply(stored, zxGetElementSize(array) * parts + (zxIsSparse(array) ? 8 : 0)));
   }
   return bytes;
 }

@@ -7,17 +7,21 @@
 #include <algorithm>
 #include <cctype>
 #include <iostream>
+#include <optional>
 #include <sstream>
 #include <vector>
 
 #include "arraylib/zxerror.h"
 #include "cmdlanglib/evaluator.h"
 #include "cmdlanglib/literal.h"
+#include "cmdlanglib/utf8.h"
 #include "guilib/callback.h"
 #include "objsys/graphics_objects.h"
 #include "objsys/handles.h"
 #include "objsys/object_arrays.h"
+#include "orbdt/hints.h"
 #include "orbdt/holdings.h"
+#include "orbdt/line_editor.h"
 #include "orbdt/request_line.h"
 #include "orbdt/response_size.h"
 #include "utillib/ut.h"
@@ -95,8 +99,7 @@ void stopIfInterrupted() {
 
 // A property set: the value is charged to the request (what the conversion makes of it) and, once
 // the object took it, held for the session in place of the property's previous value.
-void setProperty(GraphicsObject& object, std::string_view property, const zxArray* value,
-                 cmdlang::ByteBudget& budget) {
+void setProperty(GraphicsObject& object, std::string_view property, const zxArray* value, cmdlang::ByteBudget& budget) {
   const std::size_t bytes = valueBytes(value);
   const std::string key = objectKey(object.handle(), lowered(property));
   const std::string what = "the value of " + std::string(property);
@@ -104,6 +107,14 @@ void setProperty(GraphicsObject& object, std::string_view property, const zxArra
   holdings().requireRoom(key, bytes, what);
   object.set(property, value);
   holdings().hold(key, bytes, what);
+}
+
+// The hint for a property the object may not have: its nearest property names; empty when it has it.
+std::string propertyHint(const GraphicsObject& object, std::string_view property) {
+  const std::vector<std::string> declared = object.propertyNames();
+  if (std::ranges::any_of(declared, [&](const std::string& name) { return lowered(name) == lowered(property); }))
+    return {};
+  return didYouMean(nearestNames(property, declared));
 }
 
 // Deletes the object and its subtree and releases what they held.
@@ -146,10 +157,53 @@ bool isClassName(std::string_view name) {
   return std::ranges::find(classes, name) != classes.end();
 }
 
-// The session's own functions, which a name or a call runs instead of reading it as a literal.
+// The session's own functions, with what help says of them; the classes make objects, and the
+// registered native functions (disp) are called as they are.
+struct SessionFunction {
+  std::string_view name;
+  const char* usage;
+};
+constexpr SessionFunction kSessionFunctions[] = {
+    {"get", "get(h) lists h's properties and values; get(h, 'Name') gives one, as h.Name does"},
+    {"set", "set(h, 'Name', value) sets a property, as h.Name = value does"},
+    {"delete", "delete(h) deletes h and the objects under it"},
+    {"click", "click(h) runs h's ButtonDownFcn with h's handle and []"},
+    {"properties", "properties(h) lists h's properties with their types"},
+    {"who", "who lists the variables"},
+    {"help", "help TYPE, help h.Name: what a type, or a property's type, takes"},
+};
+
+const SessionFunction* sessionFunction(std::string_view name) {
+  const auto* found = std::ranges::find(kSessionFunctions, name, &SessionFunction::name);
+  return found == std::end(kSessionFunctions) ? nullptr : found;
+}
+
+// The names a call or a name runs instead of reading them as a literal.
 bool isSessionFunction(std::string_view name) {
-  return isClassName(name) || name == "get" || name == "set" || name == "delete" || name == "click" ||
-         gui_objects::isFunctionRegistered(name);
+  return isClassName(name) || sessionFunction(name) != nullptr || gui_objects::isFunctionRegistered(name);
+}
+
+// "help Color": a session function's name, blanks, and words that are not an assignment or a call's
+// parentheses; the words as texts. nullopt for anything else.
+std::optional<std::pair<std::string_view, std::vector<std::string_view>>> commandSyntax(std::string_view text) {
+  std::size_t nameEnd = 0;
+  while (nameEnd < text.size() &&
+         (std::isalnum(static_cast<unsigned char>(text[nameEnd])) != 0 || text[nameEnd] == '_')) {
+    ++nameEnd;
+  }
+  const std::string_view name = text.substr(0, nameEnd);
+  if (!isName(name) || nameEnd == text.size() || (text[nameEnd] != ' ' && text[nameEnd] != '\t')) return std::nullopt;
+  if (!isSessionFunction(name) || isClassName(name)) return std::nullopt;
+  std::vector<std::string_view> words;
+  for (std::size_t at = nameEnd; at < text.size();) {
+    while (at < text.size() && (text[at] == ' ' || text[at] == '\t')) ++at;
+    std::size_t end = at;
+    while (end < text.size() && text[end] != ' ' && text[end] != '\t') ++end;
+    if (end > at) words.push_back(text.substr(at, end - at));
+    at = end;
+  }
+  if (!words.empty() && (words.front().front() == '=' || words.front().front() == '(')) return std::nullopt;
+  return std::make_pair(name, words);
 }
 
 void requireCount(std::string_view name, std::size_t given, std::size_t least, std::size_t most) {
@@ -234,7 +288,8 @@ class InterruptHandler {
 
 }  // namespace
 
-Session::Session(std::ostream& out, std::size_t maxRequestBytes) : out_(out), maxRequestBytes_(maxRequestBytes) {
+Session::Session(const HostSession& host, std::ostream& out, std::size_t maxRequestBytes)
+    : host_(host), out_(out), maxRequestBytes_(maxRequestBytes) {
   registerSessionFunctions(out_);
   cmdlang::setCodeByteLimit(maxRequestBytes);
 }
@@ -257,6 +312,7 @@ void Session::deleteAll() {
 
 bool Session::runLine(std::string_view line) {
   bool ran = false;
+  hint_.clear();
   try {
     const zx::CallFrame frame;
     cmdlang::ByteBudget budget(maxRequestBytes_);
@@ -272,12 +328,14 @@ bool Session::runLine(std::string_view line) {
   } catch (const cmdlang::InterruptedError& error) {
     out_ << "error: orbdt:Interrupted: " << error.what() << "\n";
   } catch (const cmdlang::TooLargeError& error) {
-    out_ << "error: orbdt:TooLarge: " << error.what() << " (--max-request-bytes and --max-session-bytes set the limits)\n";
+    out_ << "error: orbdt:TooLarge: " << error.what()
+         << " (--max-request-bytes and --max-session-bytes set the limits)\n";
   } catch (const std::bad_alloc&) {
     out_ << "error: orbdt:OutOfMemory: Out of memory.\n";
   } catch (const std::exception& error) {
     out_ << "error: orbdt:UnexpectedError: " << error.what() << "\n";
   }
+  if (!ran && !hint_.empty()) out_ << "hint: " << hint_ << "\n";
   // An interrupt that came too late to stop the statement does not stop the next one.
   utSetInterruptHandled(true);
   out_ << std::flush;
@@ -305,11 +363,11 @@ void Session::run(const Statement& statement, cmdlang::ByteBudget& budget) {
     case Statement::Kind::assignProperty: {
       const ZxArrayPtr value = valueOf(statement.value, budget);
       const auto found = variables_.find(statement.target);
-      if (found == variables_.end()) {
-        const std::string name(statement.target);
-        zxErrMsgIdAndTxt("Korvax:UndefinedFunction", "Undefined variable '%s'.", name.c_str());
-      }
-      setProperty(objectOf(found->second.get()), statement.property, value.get(), budget);
+      if (found == variables_.end()) undefined(statement.target, "variable");
+      GraphicsObject& object = objectOf(found->second.get());
+      hint_ = propertyHint(object, statement.property);
+      setProperty(object, statement.property, value.get(), budget);
+      hint_.clear();
       return;
     }
   }
@@ -344,29 +402,43 @@ ZxArrayPtr Session::evaluate(const Expression& expression, cmdlang::ByteBudget& 
       try {
         return literalOf(expression.text, budget);
       } catch (const cmdlang::LiteralError&) {
-        const std::string name(expression.name);
-        zxErrMsgIdAndTxt("Korvax:UndefinedFunction", "Undefined function or variable '%s'.", name.c_str());
+        undefined(expression.name, "function or variable");
       }
     }
     case Expression::Kind::property: {
       const auto found = variables_.find(expression.name);
-      if (found == variables_.end()) {
-        const std::string name(expression.name);
-        zxErrMsgIdAndTxt("Korvax:UndefinedFunction", "Undefined variable '%s'.", name.c_str());
-      }
-      ZxArrayPtr value(objectOf(found->second.get()).get(expression.property));
+      if (found == variables_.end()) undefined(expression.name, "variable");
+      GraphicsObject& object = objectOf(found->second.get());
+      hint_ = propertyHint(object, expression.property);
+      ZxArrayPtr value(object.get(expression.property));
+      hint_.clear();
       budget.charge(valueBytes(value.get()), "the value of " + std::string(expression.property));
       return value;
     }
     case Expression::Kind::call:
       if (isSessionFunction(expression.name)) return call(expression, budget);
       return literalOf(expression.text, budget);
-    case Expression::Kind::literal: return literalOf(expression.text, budget);
+    case Expression::Kind::literal:
+      if (const auto command = commandSyntax(expression.text)) {
+        Expression call;
+        call.kind = Expression::Kind::call;
+        call.name = command->first;
+        call.text = expression.text;
+        for (const std::string_view word : command->second) {
+          // Each word as text: its own characters, whatever quotes they hold.
+          Argument argument;
+          argument.value.kind = Expression::Kind::literal;
+          argument.value.text = word;
+          call.arguments.push_back(std::move(argument));
+        }
+        return this->call(call, budget, true);
+      }
+      return literalOf(expression.text, budget);
   }
   return nullptr;
 }
 
-ZxArrayPtr Session::call(const Expression& expression, cmdlang::ByteBudget& budget) {
+ZxArrayPtr Session::call(const Expression& expression, cmdlang::ByteBudget& budget, bool wordsAreText) {
   const std::string name(expression.name);
   if (!expression.argumentsParsed) {
     zxErrMsgIdAndTxt("orbdt:BadStatement", "Calls nest more than %d deep in this statement.", kMaxStatementDepth);
@@ -375,7 +447,8 @@ ZxArrayPtr Session::call(const Expression& expression, cmdlang::ByteBudget& budg
   std::vector<std::pair<std::string, const zxArray*>> settings;  // Name=Value arguments
   std::vector<ZxArrayPtr> settingValues;
   for (const Argument& argument : expression.arguments) {
-    ZxArrayPtr value = valueOf(argument.value, budget);
+    ZxArrayPtr value = wordsAreText ? ZxArrayPtr(zxCreateString(std::string(argument.value.text).c_str()))
+                                    : valueOf(argument.value, budget);
     if (argument.name.empty()) {
       arguments.push_back(std::move(value));
     } else {
@@ -385,6 +458,18 @@ ZxArrayPtr Session::call(const Expression& expression, cmdlang::ByteBudget& budg
   }
   if (isClassName(name)) {
     if (!arguments.empty()) zxErrMsgIdAndTxt("orbdt:BadArgument", "%s takes Name=Value arguments only", name.c_str());
+    std::string unknown;
+    for (const auto& [property, value] : settings) {
+      const auto declared = GraphicsObject::classProperties(name);
+      const bool known =
+          std::ranges::any_of(declared, [&](const auto& p) { return lowered(p.first) == lowered(property); });
+      if (!known && unknown.empty()) unknown = property;
+    }
+    if (!unknown.empty()) {
+      std::vector<std::string> declaredNames;
+      for (const auto& [property, type] : GraphicsObject::classProperties(name)) declaredNames.push_back(property);
+      hint_ = didYouMean(nearestNames(unknown, declaredNames));
+    }
     return ZxArrayPtr(zxCreateDoubleScalar(newObject(name, settings, budget).handle()));
   }
   if (!settings.empty()) zxErrMsgIdAndTxt("orbdt:BadArgument", "%s takes no Name=Value arguments", name.c_str());
@@ -393,7 +478,9 @@ ZxArrayPtr Session::call(const Expression& expression, cmdlang::ByteBudget& budg
     GraphicsObject& object = objectOf(arguments[0].get());
     if (arguments.size() == 2) {
       const std::string property = textOf(arguments[1].get(), "a property name");
+      hint_ = propertyHint(object, property);
       ZxArrayPtr value(object.get(property));
+      hint_.clear();
       budget.charge(valueBytes(value.get()), "the value of " + property);
       return value;
     }
@@ -403,7 +490,11 @@ ZxArrayPtr Session::call(const Expression& expression, cmdlang::ByteBudget& budg
   }
   if (name == "set") {
     requireCount(name, arguments.size(), 3, 3);
-    setProperty(objectOf(arguments[0].get()), textOf(arguments[1].get(), "a property name"), arguments[2].get(), budget);
+    GraphicsObject& object = objectOf(arguments[0].get());
+    const std::string property = textOf(arguments[1].get(), "a property name");
+    hint_ = propertyHint(object, property);
+    setProperty(object, property, arguments[2].get(), budget);
+    hint_.clear();
     return nullptr;
   }
   if (name == "delete") {
@@ -420,20 +511,165 @@ ZxArrayPtr Session::call(const Expression& expression, cmdlang::ByteBudget& budg
     gui_objects::MCallback(code.get()).execute(source.get(), event.get());
     return nullptr;
   }
+  if (name == "properties") {
+    requireCount(name, arguments.size(), 1, 1);
+    const GraphicsObject& object = objectOf(arguments[0].get());
+    for (const std::string& property : object.propertyNames()) {
+      out_ << "  " << property << ": " << object.propertyType(property).getName() << "\n";
+    }
+    return nullptr;
+  }
+  if (name == "who") {
+    requireCount(name, arguments.size(), 0, 0);
+    who();
+    return nullptr;
+  }
+  if (name == "help") {
+    std::vector<std::string> topics;
+    for (const ZxArrayPtr& argument : arguments) topics.push_back(textOf(argument.get(), "a topic"));
+    help(topics, budget);
+    return nullptr;
+  }
   std::vector<const zxArray*> plain;
   for (const ZxArrayPtr& argument : arguments) plain.push_back(argument.get());
   gui_objects::callFunction(name, plain);
   return nullptr;
 }
 
-int runSession(int fd, std::ostream& out, bool prompt, std::size_t maxRequestBytes) {
+void Session::who() {
+  if (variables_.empty()) {
+    out_ << "no variables\n";
+    return;
+  }
+  for (const auto& [name, value] : variables_) {
+    std::string shown = display(value.get());
+    constexpr std::size_t kShown = 60;
+    if (shown.size() > kShown) shown = cmdlang::utf8Shortened(shown, kShown);
+    out_ << "  " << name << " = " << shown << "\n";
+  }
+}
+
+void Session::help(const std::vector<std::string>& topics, cmdlang::ByteBudget& budget) {
+  if (topics.empty()) {
+    out_ << "Statements: x = VALUE; h.Name = VALUE; h.Name; a call f(...); 'f word' calls f with the word as text.\n"
+            "Objects: ";
+    for (const std::string& className : GraphicsObject::classNames()) out_ << className << "(Name=Value, ...) ";
+    out_ << "\n";
+    for (const SessionFunction& function : kSessionFunctions) out_ << "  " << function.usage << "\n";
+    for (const std::string& native : gui_objects::registeredFunctionNames()) {
+      out_ << "  " << native << "(...) a function of the host\n";
+    }
+    out_ << "Values are literals: 1, [1 0 0], 'red' or \"red\", {'-', ':'}, uint8([0 255]), @disp.\n"
+            "Tab completes names, properties and the values a property's type offers.\n";
+    return;
+  }
+  for (const std::string& topic : topics) {
+    std::string typeName = topic;
+    const std::size_t dot = topic.find('.');
+    if (dot != std::string::npos && isName(std::string_view(topic).substr(0, dot))) {
+      const GraphicsObject* object = objectNamed(std::string_view(topic).substr(0, dot));
+      if (object == nullptr) undefined(std::string_view(topic).substr(0, dot), "variable");
+      const std::string property = topic.substr(dot + 1);
+      hint_ = propertyHint(*object, property);
+      typeName = object->propertyType(property).getName();
+      hint_.clear();
+      out_ << topic << " holds a " << typeName << "\n";
+    } else if (const SessionFunction* function = sessionFunction(topic)) {
+      out_ << function->usage << "\n";
+      continue;
+    } else if (isClassName(topic)) {
+      out_ << topic << "(Name=Value, ...) makes a " << topic << "; its properties:\n";
+      for (const auto& [property, type] : GraphicsObject::classProperties(topic)) {
+        out_ << "  " << property << ": " << type->getName() << "\n";
+      }
+      continue;
+    }
+    try {
+      host_.resolve(typeName);
+    } catch (const UsageError& error) {
+      hint_ = error.hint();
+      zxErrMsgIdAndTxt("orbdt:UnknownTopic",
+                       "There is no help for '%s': it names no type, variable, class or function.",
+                       cmdlang::utf8Shortened(topic, 200).c_str());
+    }
+    out_ << runRequest(host_, {{"op", "describe"}, {"type", typeName}}, budget, Form::Text).text;
+  }
+}
+
+GraphicsObject* Session::objectNamed(std::string_view variable) const {
+  const auto found = variables_.find(variable);
+  if (found == variables_.end()) return nullptr;
+  const zxArray* value = found->second.get();
+  GraphicsObject* object = nullptr;
+  if (objsys::omIsOBJSYS(value) && !zxIsEmpty(value)) {
+    object = dynamic_cast<GraphicsObject*>(objsys::omGetArrayElement(value, 0).get());
+  } else if (zxIsDouble(value) && zxIsScalar(value)) {
+    object = GraphicsObject::fromHandle(zxGetScalar(value));
+  }
+  return object != nullptr && !object->isDeleted() ? object : nullptr;
+}
+
+void Session::undefined(std::string_view name, const char* what) {
+  hint_ = didYouMean(nearestNames(name, names()));
+  const std::string text(name);
+  zxErrMsgIdAndTxt("Korvax:UndefinedFunction", "Undefined %s '%s'.", what, text.c_str());
+}
+
+std::vector<std::string> Session::names() const {
+  std::vector<std::string> all;
+  for (const auto& [name, value] : variables_) all.push_back(name);
+  for (const SessionFunction& function : kSessionFunctions) all.emplace_back(function.name);
+  for (std::string& className : GraphicsObject::classNames()) all.push_back(std::move(className));
+  for (std::string& native : gui_objects::registeredFunctionNames()) all.push_back(std::move(native));
+  return all;
+}
+
+std::vector<std::string> Session::propertiesOf(std::string_view variable) const {
+  const GraphicsObject* object = objectNamed(variable);
+  return object != nullptr ? object->propertyNames() : std::vector<std::string>{};
+}
+
+std::vector<std::string> Session::propertiesOfClass(std::string_view className) const {
+  std::vector<std::string> properties;
+  for (const auto& [property, type] : GraphicsObject::classProperties(className)) properties.push_back(property);
+  return properties;
+}
+
+std::vector<std::string> Session::valuesOf(std::string_view owner, std::string_view property) const {
+  const objsys::COSDataType* type = nullptr;
+  if (const GraphicsObject* object = objectNamed(owner)) {
+    for (const std::string& name : object->propertyNames()) {
+      if (lowered(name) == lowered(property)) type = &object->propertyType(name);
+    }
+  } else {
+    for (const auto& [name, declared] : GraphicsObject::classProperties(owner)) {
+      if (lowered(name) == lowered(property)) type = declared;
+    }
+  }
+  if (type == nullptr) return {};
+  try {
+    const TypeHandle handle = host_.resolve(type->getName());
+    std::vector<std::string> values = host_.offeredNames(handle);
+    if (handle.facts != nullptr && handle.facts->takesColorNames) {
+      for (std::string& color : host_.colorNames()) values.push_back(std::move(color));
+    }
+    return values;
+  } catch (const UsageError&) {
+    return {};
+  }
+}
+
+int runSession(const HostSession& host, const SessionInput& input, std::ostream& out, std::size_t maxRequestBytes) {
   const InterruptHandler interrupts;
-  Session session(out, maxRequestBytes);
-  LineReader lines(fd, maxRequestBytes, true);
+  Session session(host, out, maxRequestBytes);
+  const bool prompt = input.terminal;
+  LineReader lines(input.fd, maxRequestBytes, true);
+  std::optional<LineEditor> editor;
+  if (input.terminal) editor.emplace(session, input.historyFile, maxRequestBytes);
   bool allRan = true;
   for (;;) {
-    if (prompt) out << ">> " << std::flush;
-    const std::optional<InputLine> line = lines.next();
+    out << std::flush;
+    const std::optional<InputLine> line = editor ? editor->read(">> ") : lines.next();
     if (!line) break;
     if (line->interrupted) {
       // Ctrl-C while a line is typed drops what was typed, and the prompt comes back on a line of its own.
@@ -442,8 +678,9 @@ int runSession(int fd, std::ostream& out, bool prompt, std::size_t maxRequestByt
       continue;
     }
     if (line->truncated) {
-      out << "error: orbdt:TooLarge: a line of " << cmdlang::byteCountText(line->length) << " is longer than the limit of "
-          << cmdlang::byteCountText(maxRequestBytes) << " (--max-request-bytes sets it)\n"
+      out << "error: orbdt:TooLarge: a line of " << cmdlang::byteCountText(line->length)
+          << " is longer than the limit of " << cmdlang::byteCountText(maxRequestBytes)
+          << " (--max-request-bytes sets it)\n"
           << std::flush;
       allRan = false;
       continue;

@@ -7,8 +7,8 @@
 #include "../user_view.h"
 #include "arraylib/zxarray.h"
 #include "datatype/color/mesh_alpha.h"
-#include "datatype/enums/enum_value_definitions.h"
 #include "datatype/enums/enum_types.h"
+#include "datatype/enums/enum_value_definitions.h"
 #include "utillib/ut.h"
 
 namespace graphics::datatype {
@@ -18,7 +18,8 @@ class WarningTestEnum : public EnumBase {
   using EnumBase::EnumBase;
   static constexpr const char* kName = "WarningTestEnum";
   static const EnumTypeInfo& info() {
-    static constexpr EnumElement kElements[] = {{"current", 0}, {"legacy", 1, EnumStatus::warned, "Korvax:test:LegacyValue"}};
+    static constexpr EnumElement kElements[] = {{"current", 0},
+                                                {"legacy", 1, EnumStatus::warned, "Korvax:test:LegacyValue"}};
     static constexpr EnumTypeInfo kInfo = {kName, kElements, 0};
     return kInfo;
   }

@@ -120,12 +120,18 @@ TEST_F(ConstrainedScalars, TextsAreTheStreamInsertionOfTheNumber) {
     const char* in;
     const char* out;
   } cases[] = {
-      {"Positive", "123456789", "1.23457e+08"},    {"Positive", "1e300", "1e+300"},
-      {"Positive", "0.0000001", "1e-07"},          {"PositiveInteger", "1000000", "1e+06"},
-      {"PositiveWithZero", "0.123456789", "0.123457"}, {"ZeroToOne", "0.5", "0.5"},
-      {"LightingStrength", "1", "1"},              {"NoNaN", "-2.5", "-2.5"},
-      {"NoNaN", "-Inf", "-inf"},                   {"NoNaN", "Inf", "inf"},
-      {"NoNaN", "-123456.5", "-123456"},           {"NoNaN", "-0", "-0"},
+      {"Positive", "123456789", "1.23457e+08"},
+      {"Positive", "1e300", "1e+300"},
+      {"Positive", "0.0000001", "1e-07"},
+      {"PositiveInteger", "1000000", "1e+06"},
+      {"PositiveWithZero", "0.123456789", "0.123457"},
+      {"ZeroToOne", "0.5", "0.5"},
+      {"LightingStrength", "1", "1"},
+      {"NoNaN", "-2.5", "-2.5"},
+      {"NoNaN", "-Inf", "-inf"},
+      {"NoNaN", "Inf", "inf"},
+      {"NoNaN", "-123456.5", "-123456"},
+      {"NoNaN", "-0", "-0"},
   };
   for (const auto& c : cases) {
     const COSValue value = conversion("asciiString", c.type).from(COSValue(c.in));

@@ -70,6 +70,8 @@ TEST(OrbdtCommands, PeopleSeeValuesTextsRefusalsAndUsageErrors) {
       {"equal MeshAlpha 0.5 NaN", 1, "ValueOutsideRange"},
       {"equal MeshAlpha 0.5 0.25", 0, "equal:   false\ncompare: 2\n"},
       {"set NoSuchType 1", 2, "error: orbdt:UnknownType: "},
+      {"set Color \"'r'\"", 2, "hint: did you mean 'MeshColor', 'RGBAColor' or 'PatchColor'?"},
+      {"describe korvax.graphics.datatype.LineStyl", 2, "hint: did you mean 'korvax.graphics.datatype.LineStyle'"},
       {"set MeshAlpha '[1 2'", 2, "error: orbdt:BadLiteral: "},
       {"set MeshAlpha", 2, "usage: orbdt"},
       {"demo", 0, "surface.FaceAlpha = 'interp'"},
@@ -226,8 +228,13 @@ TEST(OrbdtSession, ScriptsPrintEachLinesAnswerAndGoOnAfterRefusals) {
       {"click(l)", "error: Korvax:UndefinedFunction: Undefined function 'nosuch'.\n"},
       {"b = line(Parent=99)", "error: Korvax:datatypes:handleoremptydatatype:InvalidOrbHandle: "},
       {"b", "error: Korvax:UndefinedFunction: Undefined function or variable 'b'.\n"},
+      {"fgure",
+       "error: Korvax:UndefinedFunction: Undefined function or variable 'fgure'.\nhint: did you mean 'figure'?\n"},
       {"teapot(Parent=f)", "error: orbdt:BadLiteral: unknown function 'teapot'"},
-      {"l.Colour = 1", "error: Korvax:objsys:UnknownProperty: "},
+      {"l.Colour = 1",
+       "error: Korvax:objsys:UnknownProperty: There is no Colour property on the line class.\n"
+       "hint: did you mean 'Color'?\n"},
+      {"x = \"it\"\"s\"", "x = 'it\"s'\n"},
       {"delete(f)", ""},
       {"l.Parent", "error: Korvax:orb:dt_conv:Matrix_to_HObject:BadHandle: Invalid object handle\n"},
       {"g = figure", "g = 1\n"},
@@ -248,7 +255,8 @@ TEST(OrbdtSession, ScriptsPrintEachLinesAnswerAndGoOnAfterRefusals) {
 
   // Piped input is a script: no prompts.
   EXPECT_EQ(orbdt("repl", "f = figure\nf.Colour\n").out,
-            "f = 1\nerror: Korvax:objsys:UnknownProperty: There is no Colour property on the figure class.\n");
+            "f = 1\nerror: Korvax:objsys:UnknownProperty: There is no Colour property on the figure class.\n"
+            "hint: did you mean 'Color'?\n");
 }
 
 // Ctrl-C while the session waits for a line stops nothing but the line being typed: the session goes
@@ -269,7 +277,9 @@ TEST(OrbdtSession, AnInterruptLeavesTheSessionRunning) {
   }
   close(toOrbdt[0]);
   close(fromOrbdt[1]);
-  const auto say = [&](const std::string& line) { ASSERT_EQ(write(toOrbdt[1], line.data(), line.size()), ssize_t(line.size())); };
+  const auto say = [&](const std::string& line) {
+    ASSERT_EQ(write(toOrbdt[1], line.data(), line.size()), ssize_t(line.size()));
+  };
   const auto hear = [&] {
     char buffer[256];
     const ssize_t count = read(fromOrbdt[0], buffer, sizeof buffer);

@@ -12,10 +12,10 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <sstream>
-#include <utility>
 #include <nlohmann/json.hpp>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -99,10 +99,10 @@ std::vector<Line> hostileLines() {
   lines.push_back({setRequest("MeshAlpha", structArray, "fields"), "type", "fields"});
 
   // U+0000 in keys and in strings, and invalid UTF-8 inside and outside strings.
-  for (const char* text : {R"({"op":"set\u0000","type":"MeshAlpha","value":"1"})", R"({"op":"types","id\u0000":1})",
-                           R"({"op":"set","type":"MeshAlpha","value":"'a\u0000'"})",
-                           "{\"op\":\"parse\",\"type\":\"MeshAlpha\",\"text\":\"\xED\xA0\x80\"}",
-                           "\xC3\x28{\"op\":\"types\"}"}) {
+  for (const char* text :
+       {R"({"op":"set\u0000","type":"MeshAlpha","value":"1"})", R"({"op":"types","id\u0000":1})",
+        R"({"op":"set","type":"MeshAlpha","value":"'a\u0000'"})",
+        "{\"op\":\"parse\",\"type\":\"MeshAlpha\",\"text\":\"\xED\xA0\x80\"}", "\xC3\x28{\"op\":\"types\"}"}) {
     lines.push_back({text, "orbdt:BadRequest"});
   }
 
@@ -154,8 +154,8 @@ HostileRun runHostile(const std::string& arguments, const std::vector<std::strin
   const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
   rusage usage{};
   getrusage(RUSAGE_CHILDREN, &usage);
-  std::cout << "orbdt " << arguments << " on " << lines.size() << " hostile lines: peak RSS "
-            << usage.ru_maxrss / 1024 << " MiB, " << seconds.count() << " s\n";
+  std::cout << "orbdt " << arguments << " on " << lines.size() << " hostile lines: peak RSS " << usage.ru_maxrss / 1024
+            << " MiB, " << seconds.count() << " s\n";
   HostileRun run;
   run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
   run.maxRssKiB = usage.ru_maxrss;
