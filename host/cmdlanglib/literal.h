@@ -32,7 +32,14 @@ namespace cmdlang {
 // A literal or an ARRAY object that cannot become an array; what() says what is wrong and where.
 class LiteralError : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  static constexpr std::size_t kNoOffset = static_cast<std::size_t>(-1);
+  explicit LiteralError(const std::string& what, std::size_t offset = kNoOffset)
+      : std::runtime_error(what), offset_(offset) {}
+  // The byte offset in the text where the fault is, or kNoOffset.
+  std::size_t offset() const noexcept { return offset_; }
+
+ private:
+  std::size_t offset_;
 };
 
 // How deeply brackets, braces and calls may nest in one literal.

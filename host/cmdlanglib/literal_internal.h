@@ -144,7 +144,9 @@ class Source {
 
   std::string_view text() const { return text_; }
   std::string columnText(std::size_t at) const { return " at column " + std::to_string(utf8Column(text_, at)); }
-  [[noreturn]] void fail(const std::string& what, std::size_t at) const { throw LiteralError(what + columnText(at)); }
+  [[noreturn]] void fail(const std::string& what, std::size_t at) const {
+    throw LiteralError(what + columnText(at), at);
+  }
 
   // Charges bytes before they are allocated; describe() names what needs them when they do not fit.
   template <class Describe>

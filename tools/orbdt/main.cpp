@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstring>
 #include <iostream>
@@ -15,6 +17,7 @@
 #include "cmdlanglib/literal.h"
 #include "orbdt/catalog.h"
 #include "orbdt/demo.h"
+#include "orbdt/hints.h"
 #include "orbdt/holdings.h"
 #include "orbdt/host_session.h"
 #include "orbdt/line_editor.h"
@@ -50,16 +53,43 @@ const std::string kUsage =
     std::to_string(cmdlang::kMaxLiteralDepth) + " levels deep, JSON request lines " +
     std::to_string(orbdt::kMaxJsonDepth) + " levels.\n";
 
-// The request a command line asks for, or null when the words do not form one.
+// The commands, what each takes after its name, and the options that apply to it.
+struct Command {
+  std::string_view name;
+  std::string_view arguments;  // for its usage error: "TYPE VALUE"
+  std::size_t count;           // how many arguments
+  bool json = false;           // answers in JSON with --json
+  bool history = false;        // keeps a history (--history, --no-history)
+};
+constexpr Command kCommands[] = {
+    {"types", "", 0, true},
+    {"describe", "TYPE", 1, true},
+    {"set", "TYPE VALUE", 2, true},
+    {"parse", "TYPE TEXT", 2, true},
+    {"equal", "TYPE VALUE1 VALUE2", 3, true},
+    {"java", "TYPE VALUE", 2, true},
+    {"batch", "", 0},
+    {"run", "FILE", 1},
+    {"repl", "", 0, false, true},
+    {"demo", "", 0},
+    {"catalog", "", 0},
+};
+
+// A usage error in one line, pointing to the full usage.
+int usageError(const std::string& what) {
+  std::cerr << "orbdt: " << what << " (orbdt --help shows every command and option)\n";
+  return 2;
+}
+
+// The request of a command that is one request, or null for the others.
 nlohmann::json requestOf(const std::vector<std::string>& words) {
   const std::string& command = words[0];
-  const std::size_t n = words.size();
-  if (command == "types" && n == 1) return {{"op", "types"}};
-  if (command == "describe" && n == 2) return {{"op", "describe"}, {"type", words[1]}};
-  if (command == "set" && n == 3) return {{"op", "set"}, {"type", words[1]}, {"value", words[2]}};
-  if (command == "parse" && n == 3) return {{"op", "parse"}, {"type", words[1]}, {"text", words[2]}};
-  if (command == "java" && n == 3) return {{"op", "java"}, {"type", words[1]}, {"value", words[2]}};
-  if (command == "equal" && n == 4) return {{"op", "equal"}, {"type", words[1]}, {"a", words[2]}, {"b", words[3]}};
+  if (command == "types") return {{"op", "types"}};
+  if (command == "describe") return {{"op", "describe"}, {"type", words[1]}};
+  if (command == "set") return {{"op", "set"}, {"type", words[1]}, {"value", words[2]}};
+  if (command == "parse") return {{"op", "parse"}, {"type", words[1]}, {"text", words[2]}};
+  if (command == "java") return {{"op", "java"}, {"type", words[1]}, {"value", words[2]}};
+  if (command == "equal") return {{"op", "equal"}, {"type", words[1]}, {"a", words[2]}, {"b", words[3]}};
   return nullptr;
 }
 
@@ -115,55 +145,65 @@ int runBatch(const orbdt::HostSession& host, std::size_t maxRequestBytes) {
 
 int main(int argc, char** argv) {
   std::vector<std::string> words(argv + 1, argv + argc);
+  if (std::ranges::find(words, "--help") != words.end() || std::ranges::find(words, "-h") != words.end()) {
+    std::cout << kUsage;
+    return 0;
+  }
   const bool json = std::erase(words, "--json") > 0;
   const bool noHistory = std::erase(words, "--no-history") > 0;
   std::optional<std::string> historyFile;
   if (const auto at = std::ranges::find(words, "--history"); at != words.end()) {
-    if (at + 1 == words.end()) {
-      std::cerr << "orbdt: --history needs a file\n" << kUsage;
-      return 2;
-    }
+    if (at + 1 == words.end()) return usageError("--history needs a file");
     historyFile = *(at + 1);
     words.erase(at, at + 2);
   }
   const std::optional<std::size_t> maxRequestBytes =
       takeByteLimit(words, "--max-request-bytes", orbdt::kDefaultMaxRequestBytes);
-  if (!maxRequestBytes) {
-    std::cerr << "orbdt: --max-request-bytes needs a byte count such as 268435456 or 256M\n" << kUsage;
-    return 2;
-  }
+  if (!maxRequestBytes) return usageError("--max-request-bytes needs a byte count such as 268435456 or 256M");
   const std::optional<std::size_t> maxSessionBytes =
       takeByteLimit(words, "--max-session-bytes", orbdt::kDefaultMaxSessionBytes);
-  if (!maxSessionBytes) {
-    std::cerr << "orbdt: --max-session-bytes needs a byte count such as 536870912 or 512M\n" << kUsage;
-    return 2;
-  }
+  if (!maxSessionBytes) return usageError("--max-session-bytes needs a byte count such as 536870912 or 512M");
   orbdt::holdings().setLimit(*maxSessionBytes);
   cmdlang::setCodeByteLimit(*maxRequestBytes);
-  if (words.empty() || words[0] == "--help" || words[0] == "-h") {
-    (words.empty() ? std::cerr : std::cout) << kUsage;
-    return words.empty() ? 2 : 0;
+  if (words.empty()) return usageError("no command given");
+  // An option is "--" and a word; "--" and "--." are values (line styles).
+  for (const std::string& word : words) {
+    if (word.size() > 2 && word.starts_with("--") && std::isalpha(static_cast<unsigned char>(word[2])) != 0) {
+      return usageError("unknown option '" + word + "'");
+    }
   }
-  const bool batch = words[0] == "batch" && words.size() == 1;
+  const auto* command = std::ranges::find(kCommands, words[0], &Command::name);
+  if (command == std::end(kCommands)) {
+    std::vector<std::string> names;
+    for (const Command& known : kCommands) names.emplace_back(known.name);
+    const std::string hint = orbdt::didYouMean(orbdt::nearestNames(words[0], names));
+    return usageError("unknown command '" + words[0] + "'" + (hint.empty() ? "" : "; " + hint));
+  }
+  if (words.size() != command->count + 1) {
+    return usageError(std::string(command->name) + " takes " +
+                      (command->count == 0 ? std::string("no arguments") : std::string(command->arguments)));
+  }
+  if (json && !command->json) return usageError("--json does not apply to " + std::string(command->name));
+  if ((noHistory || historyFile) && !command->history) {
+    return usageError("--history and --no-history apply to repl only");
+  }
+  const bool batch = command->name == "batch";
   const nlohmann::json request = requestOf(words);
-  const bool script = (words[0] == "run" && words.size() == 2) || (words[0] == "repl" && words.size() == 1);
-  const bool wholeSession = batch || script || ((words[0] == "demo" || words[0] == "catalog") && words.size() == 1);
-  if (!wholeSession && request.is_null()) {
-    std::cerr << kUsage;
-    return 2;
-  }
 
-  // Diagnostics the host prints must not mix with JSON on standard output.
+  // Diagnostics the host prints must not mix with JSON, or with the catalogue, on standard output.
   std::optional<ut::PrintCapture> diagnostics;
-  if (json || batch) diagnostics.emplace([](std::string_view text) { std::cerr << text; });
+  if (json || batch || command->name == "catalog")
+    diagnostics.emplace([](std::string_view text) { std::cerr << text; });
 
   try {
     const orbdt::HostSession host(orbdt::HostSession::defaultLibrary());
     if (batch) return runBatch(host, *maxRequestBytes);
     if (words[0] == "repl") {
       const orbdt::SessionInput input{
-          STDIN_FILENO, isatty(STDIN_FILENO) != 0,
-          noHistory ? std::string() : historyFile.value_or(orbdt::LineEditor::defaultHistoryFile())};
+          STDIN_FILENO,
+          isatty(STDIN_FILENO) != 0,
+          noHistory ? std::string() : historyFile.value_or(orbdt::LineEditor::defaultHistoryFile()),
+          {}};
       return orbdt::runSession(host, input, std::cout, *maxRequestBytes);
     }
     if (words[0] == "run") {
@@ -173,7 +213,8 @@ int main(int argc, char** argv) {
         return 2;
       }
       const int fd = ::open(words[1].c_str(), O_RDONLY | O_CLOEXEC);
-      const int status = orbdt::runSession(host, orbdt::SessionInput{fd, false, {}}, std::cout, *maxRequestBytes);
+      const int status =
+          orbdt::runSession(host, orbdt::SessionInput{fd, false, {}, words[1]}, std::cout, *maxRequestBytes);
       ::close(fd);
       return status;
     }

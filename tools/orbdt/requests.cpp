@@ -23,6 +23,7 @@
 #include "orbdt/json_array.h"
 #include "orbdt/response_size.h"
 #include "orbdt/session.h"
+#include "orbdt/statement.h"
 #include "utillib/ut.h"
 
 namespace orbdt {
@@ -82,7 +83,10 @@ gui_objects::ZxArrayPtr arrayOfInput(const json& input, cmdlang::ByteBudget& bud
     if (input.is_string()) return cmdlang::readLiteral(input.get_ref<const std::string&>(), budget);
     if (input.is_object()) return arrayFromJson(input, budget);
   } catch (const cmdlang::LiteralError& error) {
-    throw UsageError("orbdt:BadLiteral", error.what());
+    // A bare word was most likely meant as text.
+    const std::string& given = input.get_ref<const std::string&>();
+    throw UsageError("orbdt:BadLiteral", error.what(),
+                     isName(given) ? "text is written in quotes: '" + given + "'" : "");
   }
   throw UsageError("orbdt:BadRequest", "a value must be a literal string, an ARRAY object or null");
 }

@@ -213,8 +213,6 @@ void requireCount(std::string_view name, std::size_t given, std::size_t least, s
   }
 }
 
-ZxArrayPtr literalOf(std::string_view text, cmdlang::ByteBudget& budget) { return cmdlang::readLiteral(text, budget); }
-
 // The session's functions: disp, and callbacks' code (whose literals get a request's budget).
 void registerSessionFunctions(std::ostream& out) {
   gui_objects::registerFunction("disp", [&out](const std::vector<const zxArray*>& arguments) {
@@ -310,30 +308,42 @@ void Session::deleteAll() {
   }
 }
 
-bool Session::runLine(std::string_view line) {
+bool Session::runLine(std::string_view line, std::size_t lineNumber) {
   bool ran = false;
   hint_.clear();
+  offset_ = 0;
+  std::size_t errorOffset = std::string_view::npos;
+  // What starts an error line: where it happened, when the line comes from a file.
+  const auto error = [&]() -> std::ostream& {
+    if (!source_.empty()) {
+      const std::size_t at = std::min(errorOffset != std::string_view::npos ? errorOffset : offset_, line.size());
+      out_ << source_ << ":" << lineNumber << ":" << cmdlang::utf8Column(line, at) << ": ";
+    }
+    return out_ << "error: ";
+  };
   try {
     const zx::CallFrame frame;
     cmdlang::ByteBudget budget(maxRequestBytes_);
     budget.charge(cmdlang::saturatingMultiply(line.size(), 1 + kParseBytesPerCharacter), "the statement");
     for (const Statement& statement : parseLine(line)) run(statement, budget);
     ran = true;
-  } catch (const fl::except::IMsgIDException& error) {
-    out_ << "error: " << error.get_error_id() << ": " << error.get_message_text() << "\n";
-  } catch (const StatementError& error) {
-    out_ << "error: orbdt:BadStatement: " << error.what() << "\n";
-  } catch (const cmdlang::LiteralError& error) {
-    out_ << "error: orbdt:BadLiteral: " << error.what() << "\n";
-  } catch (const cmdlang::InterruptedError& error) {
-    out_ << "error: orbdt:Interrupted: " << error.what() << "\n";
-  } catch (const cmdlang::TooLargeError& error) {
-    out_ << "error: orbdt:TooLarge: " << error.what()
-         << " (--max-request-bytes and --max-session-bytes set the limits)\n";
+  } catch (const fl::except::IMsgIDException& failure) {
+    error() << failure.get_error_id() << ": " << failure.get_message_text() << "\n";
+  } catch (const StatementError& failure) {
+    errorOffset = failure.column() - 1;
+    error() << "orbdt:BadStatement: " << failure.what() << "\n";
+  } catch (const cmdlang::LiteralError& failure) {
+    if (failure.offset() != cmdlang::LiteralError::kNoOffset) errorOffset = offset_ + failure.offset();
+    error() << "orbdt:BadLiteral: " << failure.what() << "\n";
+  } catch (const cmdlang::InterruptedError& failure) {
+    error() << "orbdt:Interrupted: " << failure.what() << "\n";
+  } catch (const cmdlang::TooLargeError& failure) {
+    error() << "orbdt:TooLarge: " << failure.what()
+            << " (--max-request-bytes and --max-session-bytes set the limits)\n";
   } catch (const std::bad_alloc&) {
-    out_ << "error: orbdt:OutOfMemory: Out of memory.\n";
-  } catch (const std::exception& error) {
-    out_ << "error: orbdt:UnexpectedError: " << error.what() << "\n";
+    error() << "orbdt:OutOfMemory: Out of memory.\n";
+  } catch (const std::exception& failure) {
+    error() << "orbdt:UnexpectedError: " << failure.what() << "\n";
   }
   if (!ran && !hint_.empty()) out_ << "hint: " << hint_ << "\n";
   // An interrupt that came too late to stop the statement does not stop the next one.
@@ -343,6 +353,7 @@ bool Session::runLine(std::string_view line) {
 }
 
 void Session::run(const Statement& statement, cmdlang::ByteBudget& budget) {
+  offset_ = statement.column - 1;
   switch (statement.kind) {
     case Statement::Kind::empty: return;
     case Statement::Kind::expression:
@@ -381,6 +392,11 @@ void Session::show(std::string_view name, const zxArray* value, cmdlang::ByteBud
   out_ << name << " = " << display(value) << "\n";
 }
 
+ZxArrayPtr Session::literal(const Expression& expression, cmdlang::ByteBudget& budget) {
+  offset_ = expression.column - 1;
+  return cmdlang::readLiteral(expression.text, budget);
+}
+
 ZxArrayPtr Session::valueOf(const Expression& expression, cmdlang::ByteBudget& budget) {
   ZxArrayPtr value = evaluate(expression, budget);
   if (!value) {
@@ -400,7 +416,7 @@ ZxArrayPtr Session::evaluate(const Expression& expression, cmdlang::ByteBudget& 
       if (isSessionFunction(expression.name)) return call(expression, budget);
       // The names that are literals: true, false, NaN and Inf (in any case), classes such as uint8.
       try {
-        return literalOf(expression.text, budget);
+        return literal(expression, budget);
       } catch (const cmdlang::LiteralError&) {
         undefined(expression.name, "function or variable");
       }
@@ -417,7 +433,7 @@ ZxArrayPtr Session::evaluate(const Expression& expression, cmdlang::ByteBudget& 
     }
     case Expression::Kind::call:
       if (isSessionFunction(expression.name)) return call(expression, budget);
-      return literalOf(expression.text, budget);
+      return literal(expression, budget);
     case Expression::Kind::literal:
       if (const auto command = commandSyntax(expression.text)) {
         Expression call;
@@ -433,7 +449,7 @@ ZxArrayPtr Session::evaluate(const Expression& expression, cmdlang::ByteBudget& 
         }
         return this->call(call, budget, true);
       }
-      return literalOf(expression.text, budget);
+      return literal(expression, budget);
   }
   return nullptr;
 }
@@ -611,6 +627,7 @@ GraphicsObject* Session::objectNamed(std::string_view variable) const {
 
 void Session::undefined(std::string_view name, const char* what) {
   hint_ = didYouMean(nearestNames(name, names()));
+  if (hint_.empty()) hint_ = "text is written in quotes: '" + std::string(name) + "'";
   const std::string text(name);
   zxErrMsgIdAndTxt("Korvax:UndefinedFunction", "Undefined %s '%s'.", what, text.c_str());
 }
@@ -663,6 +680,8 @@ int runSession(const HostSession& host, const SessionInput& input, std::ostream&
   const InterruptHandler interrupts;
   Session session(host, out, maxRequestBytes);
   const bool prompt = input.terminal;
+  session.setSource(input.source);
+  std::size_t lineNumber = 0;
   LineReader lines(input.fd, maxRequestBytes, true);
   std::optional<LineEditor> editor;
   if (input.terminal) editor.emplace(session, input.historyFile, maxRequestBytes);
@@ -671,6 +690,7 @@ int runSession(const HostSession& host, const SessionInput& input, std::ostream&
     out << std::flush;
     const std::optional<InputLine> line = editor ? editor->read(">> ") : lines.next();
     if (!line) break;
+    ++lineNumber;
     if (line->interrupted) {
       // Ctrl-C while a line is typed drops what was typed, and the prompt comes back on a line of its own.
       utSetInterruptHandled(true);
@@ -678,6 +698,7 @@ int runSession(const HostSession& host, const SessionInput& input, std::ostream&
       continue;
     }
     if (line->truncated) {
+      if (!input.source.empty()) out << input.source << ":" << lineNumber << ":1: ";
       out << "error: orbdt:TooLarge: a line of " << cmdlang::byteCountText(line->length)
           << " is longer than the limit of " << cmdlang::byteCountText(maxRequestBytes)
           << " (--max-request-bytes sets it)\n"
@@ -685,7 +706,7 @@ int runSession(const HostSession& host, const SessionInput& input, std::ostream&
       allRan = false;
       continue;
     }
-    allRan = session.runLine(line->text) && allRan;
+    allRan = session.runLine(line->text, lineNumber) && allRan;
   }
   if (prompt) out << "\n";
   return allRan ? 0 : 1;

@@ -45,8 +45,10 @@ class Session : public CompletionSource {
   Session& operator=(const Session&) = delete;
 
   // Runs one line inside its own host call frame; false when it was refused. Never throws. What the
-  // line printed is flushed before it returns.
-  bool runLine(std::string_view line);
+  // line printed is flushed before it returns. With a file named (setSource), a refusal says where:
+  // "FILE:LINE:COLUMN: error: ...".
+  bool runLine(std::string_view line, std::size_t lineNumber = 0);
+  void setSource(std::string file) { source_ = std::move(file); }
   // Deletes every object the session made that is still alive.
   void deleteAll();
 
@@ -58,6 +60,7 @@ class Session : public CompletionSource {
  private:
   gui_objects::ZxArrayPtr evaluate(const Expression& expression, cmdlang::ByteBudget& budget);
   gui_objects::ZxArrayPtr valueOf(const Expression& expression, cmdlang::ByteBudget& budget);
+  gui_objects::ZxArrayPtr literal(const Expression& expression, cmdlang::ByteBudget& budget);
   // wordsAreText: the arguments are the words of command syntax, each taken as text.
   gui_objects::ZxArrayPtr call(const Expression& expression, cmdlang::ByteBudget& budget, bool wordsAreText = false);
   void run(const Statement& statement, cmdlang::ByteBudget& budget);
@@ -71,6 +74,9 @@ class Session : public CompletionSource {
 
   const HostSession& host_;
   std::ostream& out_;
+  std::string source_;
+  // Where in the line the work that may fail began (a statement, then a literal), in bytes.
+  std::size_t offset_ = 0;
   // What the refusal of the line being run was probably meant to say instead, shown after its error.
   std::string hint_;
   std::size_t maxRequestBytes_;
@@ -83,6 +89,7 @@ struct SessionInput {
   int fd;
   bool terminal = false;
   std::string historyFile;
+  std::string source;  // the script's file name, which refusals name with their line and column
 };
 
 // Runs the lines of the input until it ends, each one a request as Session says; a line longer than

@@ -40,6 +40,7 @@ class Parser {
   Statement statement(std::size_t from, std::size_t to) {
     Statement result;
     const auto [begin, end] = trimmed(from, to);
+    result.column = begin + 1;
     if (begin == end) return result;
     const std::size_t equals = findTop(begin, end, "=");
     if (equals == end) {

@@ -62,6 +62,7 @@ struct Statement {
   std::string_view property;  // for assignProperty
   Expression value;
   bool quiet = false;  // ended by ';': its value is not shown
+  std::size_t column = 1;
 };
 
 // Parses one line into its statements, separated by ';' (which also keeps a statement quiet) or ','

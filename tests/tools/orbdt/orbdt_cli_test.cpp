@@ -73,7 +73,12 @@ TEST(OrbdtCommands, PeopleSeeValuesTextsRefusalsAndUsageErrors) {
       {"set Color \"'r'\"", 2, "hint: did you mean 'MeshColor', 'RGBAColor' or 'PatchColor'?"},
       {"describe korvax.graphics.datatype.LineStyl", 2, "hint: did you mean 'korvax.graphics.datatype.LineStyle'"},
       {"set MeshAlpha '[1 2'", 2, "error: orbdt:BadLiteral: "},
-      {"set MeshAlpha", 2, "usage: orbdt"},
+      {"set MeshAlpha", 2, "orbdt: set takes TYPE VALUE (orbdt --help shows every command and option)\n"},
+      {"run", 2, "orbdt: run takes FILE"},
+      {"sett MeshAlpha 1", 2, "orbdt: unknown command 'sett'; did you mean 'set'?"},
+      {"demo --json", 2, "orbdt: --json does not apply to demo"},
+      {"types --verbose", 2, "orbdt: unknown option '--verbose'"},
+      {"set RGBAColor red", 2, "hint: text is written in quotes: 'red'"},
       {"demo", 0, "surface.FaceAlpha = 'interp'"},
       {"demo", 0, "refused Korvax:orb:dt_conv:Matrix_to_Real:ValueOutsideRange"},
       {"run /no/such/file", 2, "orbdt: "},
@@ -210,8 +215,8 @@ TEST(OrbdtLibrary, LoadFailuresNameTheFileTried) {
   }
 }
 
-// A session script's lines and, for each, what it prints: it makes, sets, reads and deletes objects
-// and goes on after refused lines.
+// A session's lines and, for each, what it prints: it makes, sets, reads and deletes objects and goes on
+// after refused lines. Run as a script, a refusal names the file, line and column.
 TEST(OrbdtSession, ScriptsPrintEachLinesAnswerAndGoOnAfterRefusals) {
   const std::pair<const char*, std::string> kSteps[] = {
       {"f = figure", "f = 1\n"},
@@ -227,7 +232,8 @@ TEST(OrbdtSession, ScriptsPrintEachLinesAnswerAndGoOnAfterRefusals) {
       {"l.ButtonDownFcn = @nosuch", ""},
       {"click(l)", "error: Korvax:UndefinedFunction: Undefined function 'nosuch'.\n"},
       {"b = line(Parent=99)", "error: Korvax:datatypes:handleoremptydatatype:InvalidOrbHandle: "},
-      {"b", "error: Korvax:UndefinedFunction: Undefined function or variable 'b'.\n"},
+      {"b",
+       "error: Korvax:UndefinedFunction: Undefined function or variable 'b'.\nhint: text is written in quotes: 'b'\n"},
       {"fgure",
        "error: Korvax:UndefinedFunction: Undefined function or variable 'fgure'.\nhint: did you mean 'figure'?\n"},
       {"teapot(Parent=f)", "error: orbdt:BadLiteral: unknown function 'teapot'"},
@@ -239,11 +245,9 @@ TEST(OrbdtSession, ScriptsPrintEachLinesAnswerAndGoOnAfterRefusals) {
       {"l.Parent", "error: Korvax:orb:dt_conv:Matrix_to_HObject:BadHandle: Invalid object handle\n"},
       {"g = figure", "g = 1\n"},
   };
-  std::filesystem::create_directories(kDir);
-  std::ofstream script(kDir / "session.orb");
-  for (const auto& [line, prints] : kSteps) script << line << "\n";
-  script.close();
-  const ProgramRun run = orbdt("run " + (kDir / "session.orb").string());
+  std::string lines;
+  for (const auto& [line, prints] : kSteps) lines += std::string(line) + "\n";
+  const ProgramRun run = orbdt("repl", lines);
   EXPECT_EQ(run.status, 1) << "some lines were refused";
   std::size_t at = 0;
   for (const auto& [line, prints] : kSteps) {
@@ -252,6 +256,14 @@ TEST(OrbdtSession, ScriptsPrintEachLinesAnswerAndGoOnAfterRefusals) {
     if (!prints.empty()) at = run.out.find('\n', at + prints.size() - 1) + 1;
   }
   EXPECT_EQ(at, run.out.size());
+
+  std::filesystem::create_directories(kDir);
+  std::ofstream(kDir / "session.orb") << lines;
+  const ProgramRun script = orbdt("run " + (kDir / "session.orb").string());
+  EXPECT_EQ(script.status, 1);
+  EXPECT_THAT(script.out, HasSubstr((kDir / "session.orb").string() + ":6:1: error: Korvax:objsys:InvalidParent: "));
+  EXPECT_THAT(script.out,
+              HasSubstr((kDir / "session.orb").string() + ":16:1: error: orbdt:BadLiteral: unknown function"));
 
   // Piped input is a script: no prompts.
   EXPECT_EQ(orbdt("repl", "f = figure\nf.Colour\n").out,

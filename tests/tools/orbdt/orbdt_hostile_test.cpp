@@ -262,7 +262,11 @@ TEST(OrbdtHostileSession, RefusesEachBadStatementAndGoesOnInBoundedMemory) {
     std::vector<std::string> refusals;
     std::istringstream out(run.out);
     for (std::string line; std::getline(out, line);) {
-      if (line.starts_with("error: ")) refusals.push_back(line.substr(7, line.find(": ", 7) - 7));
+      // A script's refusals begin with where they happened ("FILE:LINE:COLUMN: error: ").
+      const std::size_t error = line.find("error: ");
+      if (error != std::string::npos && (error == 0 || line.compare(error - 2, 2, ": ") == 0)) {
+        refusals.push_back(line.substr(error + 7, line.find(": ", error + 7) - error - 7));
+      }
     }
     EXPECT_EQ(refusals, expected);
     EXPECT_TRUE(run.out.ends_with("the last statement ran\n"))
