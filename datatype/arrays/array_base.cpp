@@ -13,6 +13,7 @@
 #include "arraylib/zxcompare.h"
 #include "arraylib/zxdispatch.h"
 #include "datatype/data_type_base.h"
+#include "datatype/errors.h"
 #include "datatype/java_conversion.h"
 #include "datatype/value_block.h"
 #include "foundationlib/except.h"
@@ -126,7 +127,9 @@ char* ArrayBase::convert_to_string() const {
   static const objsys::COSNameID any("any");
   static const objsys::COSNameID text("asciiString");
   const objsys::COSTypeConversion* conversion = objsys::COSTypeRepository::getConversion(any, text);
-  if (conversion == nullptr) return nullptr;
+  if (conversion == nullptr) {
+    raiseWithText<Korvax::class_::KorvaxConversionError>("The class system has no conversion from any to asciiString.");
+  }
   return conversion->from(objsys::COSValue(array_)).as<char>();
 }
 

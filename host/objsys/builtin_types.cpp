@@ -131,15 +131,16 @@ COSValue DoubleDataType::copy(COSValue value) {
 
 void DoubleDataType::destroy(COSValue value) const { utFree(value.pointer()); }
 
+// A plain flag rather than a guarded static: registering reaches the repository, which calls this again
+// when it is first made, and that inner call must return at once (the class system runs on one thread).
 void registerBuiltinTypes() {
-  static const bool registered = [] {
-    COSTypeRepository::addGlobalType(AnyDataType::instance());
-    COSTypeRepository::addGlobalType(DoubleDataType::instance());
-    COSTypeRepository::addGlobalType(new AsciiStringDataType());
-    COSTypeRepository::addConversion("any", "asciiString", new AnyToTextConversion());
-    return true;
-  }();
-  (void)registered;
+  static bool registered = false;
+  if (registered) return;
+  registered = true;
+  COSTypeRepository::addGlobalType(AnyDataType::instance());
+  COSTypeRepository::addGlobalType(DoubleDataType::instance());
+  COSTypeRepository::addGlobalType(new AsciiStringDataType());
+  COSTypeRepository::addConversion("any", "asciiString", new AnyToTextConversion());
 }
 
 }  // namespace objsys

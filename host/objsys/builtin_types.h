@@ -48,7 +48,8 @@ class KX_HOST_API DoubleDataType : public COSDataType {
 
 // Registers "any", "double" and "asciiString" and the ("any", "asciiString") conversion: from takes a
 // host array and gives its canonical text as a string allocated with utMalloc (the caller frees it
-// with utFree); to takes a string and gives a new char row array. Idempotent.
+// with utFree); to takes a string and gives a new char row array. Idempotent. The type repository
+// calls it when it is first used, so a host need not.
 KX_HOST_API void registerBuiltinTypes();
 
 }  // namespace objsys

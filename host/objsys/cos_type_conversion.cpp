@@ -4,6 +4,8 @@
 #include <unordered_map>
 #include <utility>
 
+#include "objsys/builtin_types.h"
+
 namespace objsys {
 namespace {
 
@@ -21,8 +23,14 @@ struct Repository {
   std::vector<COSTypeConversion*> replaced;
 };
 
+// The repository starts with the class system's own types, as a host's class system has them before
+// it loads any library; registering them reaches the repository again, which is already there then.
 Repository& repository() {
-  static auto* instance = new Repository();
+  static Repository* instance = nullptr;
+  if (instance == nullptr) {
+    instance = new Repository();
+    registerBuiltinTypes();
+  }
   return *instance;
 }
 

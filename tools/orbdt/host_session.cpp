@@ -12,7 +12,6 @@
 #include "arraylib/zxarray.h"
 #include "arraylib/zxerror.h"
 #include "cmdlanglib/utf8.h"
-#include "objsys/builtin_types.h"
 #include "objsys/cos_package.h"
 #include "orbdt/hints.h"
 #include "utillib/ut.h"
@@ -40,7 +39,6 @@ std::string loadFailureReason(const std::string& path) {
 }  // namespace
 
 HostSession::HostSession(const LibraryLocation& library) {
-  objsys::registerBuiltinTypes();
   const std::string named = library.path + " (" + library.chosenBy + ")";
   if (!utLoadLibrary(library.path.c_str(), &library_)) {
     throw std::runtime_error("cannot load the data type library " + named + ": " + loadFailureReason(library.path));
