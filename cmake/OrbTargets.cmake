@@ -33,6 +33,12 @@ set(ORB_INSTALL_INCLUDE_DIR ${CMAKE_INSTALL_INCLUDEDIR}/orbdatatypes)
 # Installed libraries and programs find their siblings in the prefix's library folder.
 set(ORB_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 
+# orb_versioned_library(TARGET): the file name carries the version and the SONAME its major number
+# (liborbdatatypes.so.1), so that an incompatible release installs beside this one.
+function(orb_versioned_library target)
+  set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+endfunction()
+
 # orb_host_library(NAME SOURCES ... DEPENDS ...): one shared library of the reference host, installed
 # with its headers (host/NAME/**.h and .def) and exported as orbdatatypes::NAME.
 function(orb_host_library name)
@@ -42,10 +48,15 @@ function(orb_host_library name)
   target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/host>
                                             $<INSTALL_INTERFACE:${ORB_INSTALL_INCLUDE_DIR}>)
   target_link_libraries(${name} PUBLIC ${ARG_DEPENDS} PRIVATE orb_settings)
-  set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN")
-  install(TARGETS ${name} EXPORT orbdatatypesTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  target_compile_features(${name} PUBLIC cxx_std_20)
+  # The file carries the host prefix (liborbhost-utillib.so.1) so that it cannot collide with a library
+  # of the user's; the target keeps its short name.
+  set_target_properties(${name} PROPERTIES OUTPUT_NAME orbhost-${name} INSTALL_RPATH "$ORIGIN")
+  orb_versioned_library(${name})
+  install(TARGETS ${name} EXPORT orbdatatypesTargets
+          LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development)
   install(DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}/ DESTINATION ${ORB_INSTALL_INCLUDE_DIR}/${name}
-          FILES_MATCHING PATTERN "*.h" PATTERN "*.def")
+          COMPONENT development FILES_MATCHING PATTERN "*.h" PATTERN "*.def")
 endfunction()
 
 # orb_with_jvm_sanitizer_options(TARGET): in a sanitized build, the sanitizer defaults that a program

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <cstdarg>
+#include <cstdlib>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -50,10 +51,15 @@ JavaVM* findOrStartMachine(Machine& state) {
   void* library = nullptr;
   void* getCreated = dlsym(RTLD_DEFAULT, "JNI_GetCreatedJavaVMs");
   if (getCreated == nullptr) {
-    library = dlopen(ORB_LIBJVM_PATH, RTLD_NOW | RTLD_GLOBAL);
+    // The JDK named by JAVA_HOME on this machine, else the one the bridge was built against.
+    const char* javaHome = std::getenv("JAVA_HOME");
+    const std::string path = javaHome != nullptr && *javaHome != '\0'
+                                 ? std::string(javaHome) + "/lib/server/libjvm.so"
+                                 : std::string(ORB_LIBJVM_PATH);
+    library = dlopen(path.c_str(), RTLD_NOW | RTLD_GLOBAL);
     if (library == nullptr) {
       const char* why = dlerror();
-      state.failure = std::string("cannot load ") + ORB_LIBJVM_PATH + ": " + (why != nullptr ? why : "unknown error");
+      state.failure = "cannot load " + path + ": " + (why != nullptr ? why : "unknown error");
       return nullptr;
     }
     getCreated = dlsym(library, "JNI_GetCreatedJavaVMs");

@@ -144,12 +144,16 @@ std::vector<std::string> HostSession::typeNames() const {
 }
 
 LibraryLocation HostSession::defaultLibrary() {
-  LibraryLocation beside{"liborbdatatypes.so", kDefaultChooser};
+  // The SONAME, which the runtime package holds; the unversioned name is the development package's.
+  LibraryLocation beside{ORB_LIBRARY_FILE, kDefaultChooser};
   char self[PATH_MAX];
   const ssize_t length = readlink("/proc/self/exe", self, sizeof self - 1);
   if (length > 0) {
     const std::string program(self, static_cast<std::size_t>(length));
-    beside.path = program.substr(0, program.rfind('/')) + "/../lib/liborbdatatypes.so";
+    // The installed tree's library folder, else the build tree's.
+    const std::string prefix = program.substr(0, program.rfind('/')) + "/../";
+    beside.path = prefix + ORB_LIBRARY_DIR "/" ORB_LIBRARY_FILE;
+    if (access(beside.path.c_str(), F_OK) != 0) beside.path = prefix + "lib/" ORB_LIBRARY_FILE;
   }
   const char* named = std::getenv("ORBDT_LIBRARY");
   if (named == nullptr) return beside;

@@ -52,7 +52,7 @@ class HostSession {
   // otherwise; at most three.
   std::vector<std::string> nearestTypeNames(const std::string& name) const;
 
-  // The library next to this program, <program dir>/../lib/liborbdatatypes.so, unless the
+  // The library next to this program, <program dir>/../lib/liborbdatatypes.so.1, unless the
   // environment variable ORBDT_LIBRARY names another. Throws std::runtime_error when ORBDT_LIBRARY is
   // set but empty.
   static LibraryLocation defaultLibrary();
