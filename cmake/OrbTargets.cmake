@@ -51,7 +51,9 @@ function(orb_host_library name)
   target_compile_features(${name} PUBLIC cxx_std_20)
   # The file carries the host prefix (liborbhost-utillib.so.1) so that it cannot collide with a library
   # of the user's; the target keeps its short name.
-  set_target_properties(${name} PROPERTIES OUTPUT_NAME orbhost-${name} INSTALL_RPATH "$ORIGIN")
+  # Only what the headers mark (KX_HOST_API, or a KX_HOST_API_BEGIN/END run) is exported.
+  set_target_properties(${name} PROPERTIES OUTPUT_NAME orbhost-${name} INSTALL_RPATH "$ORIGIN"
+                                           CXX_VISIBILITY_PRESET hidden)
   orb_versioned_library(${name})
   install(TARGETS ${name} EXPORT orbdatatypesTargets
           LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development)

@@ -12,6 +12,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include "foundationlib/visibility.h"
+
+KX_HOST_API_BEGIN
 
 struct zxArray;
 
@@ -180,3 +183,5 @@ char* zxArrayToString(const zxArray* array);
 void* zxMalloc(zxSize bytes);
 void* zxCalloc(zxSize count, zxSize size);
 void zxFree(void* block);
+
+KX_HOST_API_END

@@ -7,6 +7,9 @@
 #include <string>
 
 #include "arraylib/zxarray.h"
+#include "foundationlib/visibility.h"
+
+KX_HOST_API_BEGIN
 
 namespace zx {
 
@@ -44,3 +47,5 @@ bool arraysEqual(const zxArray* a, const zxArray* b, const ComparePolicy& policy
 std::string arrayDifference(const zxArray* a, const zxArray* b, const ComparePolicy& policy = {});
 
 }  // namespace zx
+
+KX_HOST_API_END

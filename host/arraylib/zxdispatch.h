@@ -12,6 +12,9 @@
 #include <type_traits>
 
 #include "arraylib/zxarray.h"
+#include "foundationlib/visibility.h"
+
+KX_HOST_API_BEGIN
 
 namespace zx {
 
@@ -83,3 +86,5 @@ template <class T>
 inline constexpr zxClassID classIDOf = detail::classIDFor<T>();
 
 }  // namespace zx
+
+KX_HOST_API_END

@@ -16,6 +16,8 @@
 #include "foundationlib/i18n/catalog.h"
 #include "foundationlib/visibility.h"
 
+KX_HOST_API_BEGIN
+
 struct zxArray;
 
 // The array library's own numbered errors.
@@ -87,3 +89,5 @@ const std::vector<Warning>& warnings();
 void clearWarnings();
 
 }  // namespace zx
+
+KX_HOST_API_END

@@ -6,6 +6,9 @@
 #include <string_view>
 
 #include "arraylib/zxarray.h"
+#include "foundationlib/visibility.h"
+
+KX_HOST_API_BEGIN
 
 namespace zx {
 
@@ -26,7 +29,7 @@ std::string canonicalText(const zxArray* array);
 // value of its class, NaN, Inf and -Inf, a logical as 0 or 1. Defined for every numeric element type
 // and bool.
 template <class T>
-void appendElementText(std::string& out, T value);
+KX_HOST_API void appendElementText(std::string& out, T value);
 
 // How appendMatrixText lays a matrix out. The defaults give canonicalText's form.
 struct MatrixLayout {
@@ -42,7 +45,7 @@ struct MatrixLayout {
 // separator, each number as appendElementText writes it ("[0 0 0;1 1 1]"). values holds rows * cols
 // elements. Defined for the same element types as appendElementText.
 template <class T>
-void appendMatrixText(std::string& out, std::span<const T> values, zxSize rows, zxSize cols,
+KX_HOST_API void appendMatrixText(std::string& out, std::span<const T> values, zxSize rows, zxSize cols,
                       const MatrixLayout& layout = {});
 
 // Appends each row of a column-major rows-by-cols char matrix as UTF-8 text in single quotes, its
@@ -51,3 +54,5 @@ void appendMatrixText(std::string& out, std::span<const T> values, zxSize rows, 
 void appendQuotedRows(std::string& out, std::span<const zxChar> chars, zxSize rows, zxSize cols);
 
 }  // namespace zx
+
+KX_HOST_API_END

@@ -7,6 +7,9 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include "foundationlib/visibility.h"
+
+KX_HOST_API_BEGIN
 
 namespace cmdlang {
 
@@ -71,3 +74,5 @@ std::size_t saturatingMultiply(std::size_t a, std::size_t b) noexcept;
 std::string byteCountText(std::size_t bytes);
 
 }  // namespace cmdlang
+
+KX_HOST_API_END

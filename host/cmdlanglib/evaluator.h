@@ -5,6 +5,9 @@
 #include <cstddef>
 #include <string_view>
 #include <vector>
+#include "foundationlib/visibility.h"
+
+KX_HOST_API_BEGIN
 
 namespace cmdlang {
 
@@ -29,3 +32,5 @@ void installEvaluator();
 void setCodeByteLimit(std::size_t bytes);
 
 }  // namespace cmdlang
+
+KX_HOST_API_END

@@ -26,6 +26,9 @@
 #include "arraylib/zxarray.h"
 #include "cmdlanglib/budget.h"
 #include "guilib/auto_ptr.h"
+#include "foundationlib/visibility.h"
+
+KX_HOST_API_BEGIN
 
 namespace cmdlang {
 
@@ -84,3 +87,5 @@ gui_objects::ZxArrayPtr makeSparse(const zxArray* full, ByteBudget& budget);
 bool isFieldName(std::string_view name);
 
 }  // namespace cmdlang
+
+KX_HOST_API_END

@@ -17,6 +17,9 @@
 #include "cmdlanglib/literal.h"
 #include "cmdlanglib/utf8.h"
 #include "guilib/auto_ptr.h"
+#include "foundationlib/visibility.h"
+
+KX_HOST_API_BEGIN
 
 namespace cmdlang::literal_detail {
 
@@ -202,3 +205,5 @@ using FunctionBuilder = ZxArrayPtr (*)(Call&);
 FunctionBuilder functionNamed(std::string_view name);
 
 }  // namespace cmdlang::literal_detail
+
+KX_HOST_API_END

@@ -5,6 +5,9 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include "foundationlib/visibility.h"
+
+KX_HOST_API_BEGIN
 
 namespace cmdlang {
 
@@ -25,3 +28,5 @@ bool isValidUtf8(std::string_view text);
 std::string utf8Shortened(std::string_view text, std::size_t maxBytes);
 
 }  // namespace cmdlang
+
+KX_HOST_API_END

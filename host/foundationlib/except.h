@@ -19,6 +19,8 @@
 
 #include "foundationlib/visibility.h"
 
+KX_HOST_API_BEGIN
+
 namespace fl::except {
 
 // An error that names an entry of the host's message catalog by its identifier
@@ -169,3 +171,5 @@ extern template class boost::exception_detail::clone_impl<fl::except::bad_alloc_
     static constexpr std::string_view qualified_name = #ns "::" #key; \
   };                                                                  \
   }
+
+KX_HOST_API_END

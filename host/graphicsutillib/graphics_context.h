@@ -2,6 +2,9 @@
 #pragma once
 
 #include <cstddef>
+#include "foundationlib/visibility.h"
+
+KX_HOST_API_BEGIN
 
 // The current context's resource identifier, or -1 when no graphics context is current.
 int getContextKXRID();
@@ -24,3 +27,5 @@ class ContextScope {
 };
 
 }  // namespace graphicsutil
+
+KX_HOST_API_END

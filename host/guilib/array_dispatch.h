@@ -4,6 +4,9 @@
 
 #include "arraylib/zxarray.h"
 #include "arraylib/zxdispatch.h"
+#include "foundationlib/visibility.h"
+
+KX_HOST_API_BEGIN
 
 namespace TL::detail {
 
@@ -34,3 +37,5 @@ double readElementAsDouble(const zxArray* array, zxSize index);
 void readNumericElements(const zxArray* array, double* values, zxSize count);
 
 }  // namespace gui_objects
+
+KX_HOST_API_END

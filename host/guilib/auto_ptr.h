@@ -4,6 +4,9 @@
 #include <memory>
 
 #include "arraylib/zxarray.h"
+#include "foundationlib/visibility.h"
+
+KX_HOST_API_BEGIN
 
 namespace gui_objects {
 
@@ -21,3 +24,5 @@ using AutoPtr = std::unique_ptr<T, Deleter>;
 using ZxArrayPtr = AutoPtr<zxArray, ZxArrayDtor>;
 
 }  // namespace gui_objects
+
+KX_HOST_API_END

@@ -13,6 +13,8 @@
 #include "arraylib/zxarray.h"
 #include "foundationlib/visibility.h"
 
+KX_HOST_API_BEGIN
+
 namespace gui_objects {
 
 // A native function as the host calls it: the arguments in order (none of them null).
@@ -84,3 +86,5 @@ class KX_HOST_API MCallback {
 };
 
 }  // namespace gui_objects
+
+KX_HOST_API_END

@@ -22,6 +22,8 @@
 #include "foundationlib/visibility.h"
 #include "guilib/value_types.h"
 
+KX_HOST_API_BEGIN
+
 namespace gui_objects::convert_from_string_utils {
 
 // Raised for text that is not matrix text of the shape asked for; what() names the fault.
@@ -64,3 +66,5 @@ void parse_array_dimensions(const char* text, zxSize& rows, zxSize& cols);
 zxArray* parse_mxn(const char* text, zxSize m, zxSize n, zxClassID classID);
 
 }  // namespace gui_objects::convert_from_string_utils
+
+KX_HOST_API_END

@@ -4,6 +4,9 @@
 #include "arraylib/zxarray.h"
 #include "guilib/auto_ptr.h"
 #include "guilib/value_types.h"
+#include "foundationlib/visibility.h"
+
+KX_HOST_API_BEGIN
 
 namespace orb::objConvert {
 
@@ -28,3 +31,5 @@ gui_objects::BoundingVolume toBoundingVolume(const zxArray* array);
 gui_objects::AutoPtr<zxArray, gui_objects::ZxArrayDtor> toZxArray(const gui_objects::BoundingVolume& box);
 
 }  // namespace orb::objConvert
+
+KX_HOST_API_END

@@ -3,6 +3,9 @@
 #pragma once
 
 #include <vector>
+#include "foundationlib/visibility.h"
+
+KX_HOST_API_BEGIN
 
 namespace gui_objects {
 
@@ -23,3 +26,5 @@ class InitializationCallbackRegistrar {
 };
 
 }  // namespace gui_objects
+
+KX_HOST_API_END

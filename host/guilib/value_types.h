@@ -11,6 +11,8 @@
 
 #include "foundationlib/visibility.h"
 
+KX_HOST_API_BEGIN
+
 namespace gui_objects {
 
 // A color as four bytes; the default is opaque black.
@@ -210,3 +212,5 @@ class KX_HOST_API Matrix4x4d {
 bool nearlyEqual(const Matrix4x4d& lhs, const Matrix4x4d& rhs);
 
 }  // namespace gui_objects
+
+KX_HOST_API_END

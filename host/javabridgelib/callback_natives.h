@@ -2,7 +2,12 @@
 #pragma once
 
 #include <jni.h>
+#include "foundationlib/visibility.h"
+
+KX_HOST_API_BEGIN
 
 // Binds the natives to their classes in the machine of env; the bridge does it once, when it first
 // finds the machine. Classes that cannot be found are left alone.
 void kxjRegisterCallbackNatives(JNIEnv* env);
+
+KX_HOST_API_END

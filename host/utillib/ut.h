@@ -6,6 +6,9 @@
 #include <cstdlib>
 #include <functional>
 #include <string_view>
+#include "foundationlib/visibility.h"
+
+KX_HOST_API_BEGIN
 
 namespace ut::detail {
 // Whether a failure has ever been injected (utFailNthAllocation); until then every allocation is the
@@ -73,3 +76,5 @@ class PrintCapture {
 };
 
 }  // namespace ut
+
+KX_HOST_API_END

@@ -5,6 +5,9 @@
 #include <string>
 #include <string_view>
 #include <vector>
+#include "foundationlib/visibility.h"
+
+KX_HOST_API_BEGIN
 
 namespace fl::i18n {
 
@@ -43,3 +46,5 @@ class BaseMsgID {
 };
 
 }  // namespace fl::i18n
+
+KX_HOST_API_END

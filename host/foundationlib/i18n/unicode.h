@@ -3,6 +3,9 @@
 
 #include <string>
 #include <string_view>
+#include "foundationlib/visibility.h"
+
+KX_HOST_API_BEGIN
 
 namespace fl::i18n {
 
@@ -13,3 +16,5 @@ std::wstring utf16ToWide(std::u16string_view text);
 std::u16string wideToUtf16(std::wstring_view text);
 
 }  // namespace fl::i18n
+
+KX_HOST_API_END
