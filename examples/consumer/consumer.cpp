@@ -2,11 +2,7 @@
 // the values back both ways, catches a refusal, frees what it was given and stops.
 #include <cstdio>
 
-#include "arraylib/zxarray.h"
-#include "arraylib/zxerror.h"
-#include "datatype/library.h"
-#include "objsys/cos_type_conversion.h"
-#include "utillib/ut.h"
+#include "datatype/embedding.h"
 
 int main() {
   KXInitialize_orbdatatypes(nullptr);
