@@ -36,9 +36,14 @@ const orbdt::HostSession& startHost() {
   return *host;
 }
 
-// A refused statement's last line names an identifier: "error: component:key: text".
+// A refused statement shows a line that starts "error: component:key: text" (a hint may follow it). The
+// text may quote the statement, "error: " and all, so only the start of a line counts.
 void checkRefusal(const std::string& shown, std::string_view statement) {
-  const std::size_t start = shown.rfind("error: ", shown.size() - 1);
+  std::size_t start = std::string::npos;
+  for (std::size_t line = 0; line < shown.size(); line = shown.find('\n', line) + 1) {
+    if (shown.compare(line, 7, "error: ") == 0) start = line;
+    if (shown.find('\n', line) == std::string::npos) break;
+  }
   ORB_FUZZ_CHECK(start != std::string::npos, "a refusal without an error line: " + std::string(statement));
   const std::size_t idEnd = shown.find(": ", start + 7);
   const std::string id = shown.substr(start + 7, idEnd == std::string::npos ? std::string::npos : idEnd - start - 7);

@@ -68,6 +68,25 @@ bool isValidUtf8(std::string_view text) {
   return true;
 }
 
+std::string utf8Printable(std::string_view text) {
+  std::string shown;
+  shown.reserve(text.size());
+  for (std::size_t i = 0; i < text.size();) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    const std::size_t length = utf8CharacterLength(text, i);
+    if (length == 0 || byte < 0x20 || byte == 0x7F) {
+      char escaped[8];
+      std::snprintf(escaped, sizeof escaped, "\\x%02X", byte);
+      shown += escaped;
+      ++i;
+    } else {
+      shown.append(text.substr(i, length));
+      i += length;
+    }
+  }
+  return shown;
+}
+
 std::string utf8Shortened(std::string_view text, std::size_t maxBytes) {
   if (text.size() <= maxBytes) return std::string(text);
   std::size_t end = 0;

@@ -23,6 +23,10 @@ std::string utf8CharacterText(std::string_view text, std::size_t at);
 
 bool isValidUtf8(std::string_view text);
 
+// text as a terminal can show it: each control character (U+0000 to U+001F, U+007F) and each byte that
+// does not begin a well-formed character written as "\xNN", every other character as it is.
+std::string utf8Printable(std::string_view text);
+
 // text itself when it has at most maxBytes bytes; otherwise its first characters (never part of
 // one) within maxBytes, then "..." and its full size.
 std::string utf8Shortened(std::string_view text, std::size_t maxBytes);

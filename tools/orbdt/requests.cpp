@@ -201,7 +201,7 @@ Response refused(const HostSession& host, const TypeHandle& handle, const Refusa
   Response response;
   response.json = {{"ok", false}, {"type", handle.fullName}, {"error", errorObject(refusal.id, refusal.message)}};
   response.json["warnings"] = warningList(response.text);
-  response.text += "error: " + refusal.id + ": " + cmdlang::utf8Shortened(refusal.message, kMaxMessageBytes) + "\n";
+  response.text += "error: " + refusal.id + ": " + cmdlang::utf8Printable(cmdlang::utf8Shortened(refusal.message, kMaxMessageBytes)) + "\n";
   if (name) {
     const std::string hint = hintFor(host, handle, refusal, *name);
     if (!hint.empty()) {
@@ -504,7 +504,7 @@ Response dispatch(const HostSession& host, const json& request, cmdlang::ByteBud
 Response failed(const std::string& id, const std::string& message, const std::string& hint = {}) {
   Response response;
   response.json = {{"ok", false}, {"error", errorObject(id, message)}};
-  response.text = "error: " + id + ": " + cmdlang::utf8Shortened(message, kMaxMessageBytes) + "\n";
+  response.text = "error: " + id + ": " + cmdlang::utf8Printable(cmdlang::utf8Shortened(message, kMaxMessageBytes)) + "\n";
   if (!hint.empty()) {
     response.json["hint"] = hint;
     response.text += "hint: " + hint + "\n";

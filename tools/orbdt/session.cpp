@@ -328,13 +328,13 @@ bool Session::runLine(std::string_view line, std::size_t lineNumber) {
     for (const Statement& statement : parseLine(line)) run(statement, budget);
     ran = true;
   } catch (const fl::except::IMsgIDException& failure) {
-    error() << failure.get_error_id() << ": " << failure.get_message_text() << "\n";
+    error() << failure.get_error_id() << ": " << cmdlang::utf8Printable(failure.get_message_text()) << "\n";
   } catch (const StatementError& failure) {
     errorOffset = failure.column() - 1;
-    error() << "orbdt:BadStatement: " << failure.what() << "\n";
+    error() << "orbdt:BadStatement: " << cmdlang::utf8Printable(failure.what()) << "\n";
   } catch (const cmdlang::LiteralError& failure) {
     if (failure.offset() != cmdlang::LiteralError::kNoOffset) errorOffset = offset_ + failure.offset();
-    error() << "orbdt:BadLiteral: " << failure.what() << "\n";
+    error() << "orbdt:BadLiteral: " << cmdlang::utf8Printable(failure.what()) << "\n";
   } catch (const cmdlang::InterruptedError& failure) {
     error() << "orbdt:Interrupted: " << failure.what() << "\n";
   } catch (const cmdlang::TooLargeError& failure) {
@@ -343,9 +343,9 @@ bool Session::runLine(std::string_view line, std::size_t lineNumber) {
   } catch (const std::bad_alloc&) {
     error() << "orbdt:OutOfMemory: Out of memory.\n";
   } catch (const std::exception& failure) {
-    error() << "orbdt:UnexpectedError: " << failure.what() << "\n";
+    error() << "orbdt:UnexpectedError: " << cmdlang::utf8Printable(failure.what()) << "\n";
   }
-  if (!ran && !hint_.empty()) out_ << "hint: " << hint_ << "\n";
+  if (!ran && !hint_.empty()) out_ << "hint: " << cmdlang::utf8Printable(hint_) << "\n";
   // An interrupt that came too late to stop the statement does not stop the next one.
   utSetInterruptHandled(true);
   out_ << std::flush;

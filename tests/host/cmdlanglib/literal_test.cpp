@@ -245,6 +245,16 @@ TEST(Utf8Test, ShortenedTextNeverSplitsACharacter) {
   }
 }
 
+TEST(Utf8Test, PrintableTextEscapesControlCharactersAndInvalidBytesOnly) {
+  for (const auto& [text, shown] : std::initializer_list<std::pair<std::string_view, std::string_view>>{
+           {"caf\xC3\xA9 'r'", "caf\xC3\xA9 'r'"},
+           {"a\x01" "b\x7F", "a\\x01b\\x7F"},
+           {"\xFFx\xE2\x82", "\\xFFx\\xE2\\x82"},
+           {std::string_view("\0\t", 2), "\\x00\\x09"}}) {
+    EXPECT_EQ(utf8Printable(text), shown) << testing::PrintToString(text);
+  }
+}
+
 TEST(SplitTopLevel, SeparatorsInsideQuotesAndBracketsDoNotSplit) {
   // clang-format off
   const std::pair<const char*, std::vector<std::string_view>> kCases[] = {
