@@ -475,11 +475,11 @@ ZxArrayPtr Session::call(const Expression& expression, cmdlang::ByteBudget& budg
   if (isClassName(name)) {
     if (!arguments.empty()) zxErrMsgIdAndTxt("orbdt:BadArgument", "%s takes Name=Value arguments only", name.c_str());
     std::string unknown;
-    for (const auto& [property, value] : settings) {
-      const auto declared = GraphicsObject::classProperties(name);
-      const bool known =
-          std::ranges::any_of(declared, [&](const auto& p) { return lowered(p.first) == lowered(property); });
-      if (!known && unknown.empty()) unknown = property;
+    const auto declared = GraphicsObject::classProperties(name);
+    for (const auto& setting : settings) {
+      const std::string wanted = lowered(setting.first);
+      const bool known = std::ranges::any_of(declared, [&](const auto& p) { return lowered(p.first) == wanted; });
+      if (!known && unknown.empty()) unknown = setting.first;
     }
     if (!unknown.empty()) {
       std::vector<std::string> declaredNames;
